@@ -1,0 +1,33 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# How our own code is compiled: C++20, warnings as errors, and the sanitizers that a preset asks for.
+
+set (CMAKE_CXX_STANDARD 20)
+set (CMAKE_CXX_STANDARD_REQUIRED ON)
+set (CMAKE_CXX_EXTENSIONS OFF)
+set (CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+set (WQV_SANITIZERS "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them (address,undefined or thread)")
+
+if (WQV_SANITIZERS)
+    add_compile_options (-fsanitize=${WQV_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options (-fsanitize=${WQV_SANITIZERS})
+endif()
+
+# The settings of every target of ours; the toolkit's modules do not link to it.
+add_library (wqv_settings INTERFACE)
+
+target_compile_options (wqv_settings INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wcast-qual -Wcast-align
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wdouble-promotion -Wformat=2 -Wno-format-nonliteral
+    -Wundef -Wunused -Werror)
+
+# A static library that is one layer: its folder is its include root, and only what it links can be included.
+#   wqv_add_layer (NAME SOURCES file ... [PUBLIC target ...] [PRIVATE target ...])
+# PUBLIC names the layers whose types stand in this layer's own headers.
+function (wqv_add_layer name)
+    cmake_parse_arguments (PARSE_ARGV 1 LAYER "" "" "SOURCES;PUBLIC;PRIVATE")
+
+    add_library (${name} STATIC ${LAYER_SOURCES})
+    target_include_directories (${name} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}")
+    target_link_libraries (${name} PUBLIC ${LAYER_PUBLIC} PRIVATE ${LAYER_PRIVATE} wqv_settings)
+endfunction()
