@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Headers are views of a fixed extent, so the compiler checks every offset in them; all other offsets are checked here.
+
+#include "PackageReader.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace wqv
+{
+namespace
+{
+
+constexpr std::string_view expectedMagic = "UPD ";
+constexpr std::string_view expectedFormatVersion = "0100";
+constexpr std::string_view expectedProductCode = "WQVKRV20";
+
+/** Two unused bytes, then the CRC-16. */
+constexpr std::size_t blockTrailerSize = 4;
+
+template <std::size_t offset, std::size_t count, std::size_t extent>
+std::array<std::uint8_t, count> field (std::span<const std::uint8_t, extent> bytes)
+{
+    std::array<std::uint8_t, count> copy {};
+    std::ranges::copy (bytes.template subspan<offset, count>(), copy.begin());
+    return copy;
+}
+
+std::uint32_t littleEndian (std::span<const std::uint8_t> bytes)
+{
+    std::uint32_t value = 0;
+
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        value |= static_cast<std::uint32_t> (bytes[i]) << (8 * i);
+
+    return value;
+}
+
+upd_header_t parseHeader (std::span<const std::uint8_t, upd_header_t::fileSize> bytes)
+{
+    return { .magic = field<0, 4> (bytes),
+             .formatVersion = field<4, 4> (bytes),
+             .productCode = field<12, 8> (bytes),
+             .versionDigits = field<20, 4> (bytes),
+             .blockCount = bytes[24] };
+}
+
+firmware_header_t parseBlockHeader (std::span<const std::uint8_t, firmware_header_t::fileSize> bytes)
+{
+    return { .keySeed = littleEndian (bytes.subspan<0, 4>()),
+             .idDigits = field<8, 4> (bytes),
+             .enableMark = bytes[12],
+             .encryptMark = bytes[13],
+             .keyIndex = bytes[14],
+             .size = littleEndian (bytes.subspan<20, 4>()) };
+}
+
+bool holds (std::span<const std::uint8_t> bytes, std::string_view text)
+{
+    return std::ranges::equal (bytes, text, [] (auto byte, auto c) { return byte == static_cast<std::uint8_t> (c); });
+}
+
+/** Bytes that are not digits just give another number: the version is judged as a whole, not digit by digit. */
+std::int32_t versionFrom (std::span<const std::uint8_t, 4> digits)
+{
+    return 100 * (digits[0] - '0') + 10 * (digits[1] - '0') + (digits[2] - '0');
+}
+
+std::uint32_t idFrom (std::span<const std::uint8_t, 4> digits)
+{
+    std::uint32_t id = 0;
+
+    for (const auto digit : digits)
+        id = (id << 4) | ConvertAsciiToHex (digit);
+
+    return id;
+}
+
+} // namespace
+
+std::uint32_t createEncryptionKey (const CrcTable& table, const upd_header_t& header, const firmware_header_t& block)
+{
+    const auto seed = block.keySeed ^ littleEndian (std::span (header.productCode).first<4>());
+    return (seed + littleEndian (header.versionDigits)) ^ table[block.keyIndex];
+}
+
+void descramble (std::span<std::uint8_t> data, std::uint32_t key)
+{
+    for (std::size_t i = 0; i < data.size(); ++i)
+        data[i] ^= static_cast<std::uint8_t> (key >> (8 * (i % 4)));
+}
+
+PackageReader::PackageReader (std::span<const std::uint8_t> fileBytes) : file (fileBytes) {}
+
+PackageFault PackageReader::fault (PackageFault what, std::uint64_t where)
+{
+    faultOffset = where;
+    return what;
+}
+
+PackageFault PackageReader::checkFile() const
+{
+    if (file.size() < upd_header_t::fileSize)
+        return PackageFault::tooShort;
+
+    return calcCRC32 (file) == 0 ? PackageFault::none : PackageFault::fileChecksum;
+}
+
+PackageFault PackageReader::readHeader (upd_info_t& info)
+{
+    lost = true;
+
+    if (file.size() < upd_header_t::fileSize)
+        return fault (PackageFault::tooShort, file.size());
+
+    header = parseHeader (file.first<upd_header_t::fileSize>());
+    position = upd_header_t::fileSize;
+    info = { .totalSize = 0, .version = versionFrom (header.versionDigits), .blockCount = header.blockCount };
+    lost = false;
+
+    if (! holds (header.magic, expectedMagic))
+        return fault (PackageFault::magic, 0);
+
+    if (! holds (header.formatVersion, expectedFormatVersion))
+        return fault (PackageFault::formatVersion, 4);
+
+    if (! holds (header.productCode, expectedProductCode))
+        return fault (PackageFault::productCode, 12);
+
+    if (header.blockCount > maximumBlockCount)
+        return fault (PackageFault::tooManyBlocks, 24);
+
+    return fault (PackageFault::none, position);
+}
+
+PackageFault PackageReader::readBlock (upd_info_t& info, fw_info_t& block)
+{
+    const auto rest = file.subspan (position);
+
+    if (rest.size() < firmware_header_t::fileSize)
+    {
+        lost = true;
+        return fault (PackageFault::blockBeyondEnd, position);
+    }
+
+    const auto blockHeader = parseBlockHeader (rest.first<firmware_header_t::fileSize>());
+    const auto body = rest.subspan (firmware_header_t::fileSize);
+
+    block = { .id = idFrom (blockHeader.idDigits),
+              .enabled = blockHeader.enableMark == 'Y',
+              .encrypted = blockHeader.encryptMark != 0,
+              .keyIndex = blockHeader.keyIndex,
+              .size = blockHeader.size,
+              .data = {},
+              .crc16 = 0 };
+
+    // 64 bits hold the sum of a 32-bit size and its padding.
+    const auto paddedSize = blockHeader.size + paddingOf (blockHeader.size);
+
+    if (body.size() < blockTrailerSize || body.size() - blockTrailerSize < paddedSize)
+    {
+        lost = true;
+        return fault (PackageFault::blockBeyondEnd, position);
+    }
+
+    const auto data = body.first (blockHeader.size);
+    const auto trailer = body.subspan (static_cast<std::size_t> (paddedSize)).first<blockTrailerSize>();
+
+    block.data.assign (data.begin(), data.end());
+    block.crc16 = static_cast<std::uint16_t> (littleEndian (trailer.subspan<2, 2>()));
+    info.totalSize += blockHeader.size;
+
+    if (block.encrypted)
+        descramble (block.data, createEncryptionKey (crcTable, header, blockHeader));
+
+    const auto trailerPosition = position + firmware_header_t::fileSize + static_cast<std::size_t> (paddedSize);
+    position = trailerPosition + blockTrailerSize;
+
+    if (calcCRC16 (block.data) != block.crc16)
+        return fault (PackageFault::blockChecksum, trailerPosition + 2);
+
+    return fault (PackageFault::none, position);
+}
+
+} // namespace wqv
