@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Who hears of the controller.
+
+#pragma once
+
+namespace wqv
+{
+
+/** Receives device events, on the message thread. Nobody deletes an object through this interface. */
+class HidHandler
+{
+public:
+    /** The device went away. */
+    virtual void removalCallBack() = 0;
+
+    /** A matching device is present, for the first time or again. */
+    virtual void matchingCallBack() = 0;
+
+    /** An input report arrived. */
+    virtual void inputCallBack() = 0;
+
+protected:
+    HidHandler() = default;
+    HidHandler (const HidHandler&) = default;
+    HidHandler& operator= (const HidHandler&) = default;
+    ~HidHandler() = default;
+};
+
+} // namespace wqv

@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The transport logic, the same over every system's HID service.
+
+#include "HidUtil.h"
+
+#include "DeviceIds.h"
+
+#include <algorithm>
+#include <tuple>
+#include <utility>
+
+namespace wqv
+{
+
+HidUtil::HidUtil (HidService& service) : m_service (service) {}
+
+HidUtil::~HidUtil()
+{
+    finalize();
+}
+
+bool HidUtil::initialize (HidHandler& handler, std::int32_t mode)
+{
+    if (m_pinstance != nullptr)
+        return false;
+
+    m_pinstance = this;
+    m_handler = &handler;
+    m_mode = mode;
+    rebuildDeviceList (0);
+    return true;
+}
+
+void HidUtil::finalize()
+{
+    if (m_pinstance != this)
+        return;
+
+    deviceRemoval();
+    m_devices.clear();
+    m_service.setListener (nullptr);
+    m_matchingRegistered = false;
+    m_pinstance = nullptr;
+    m_handler = nullptr;
+}
+
+bool HidUtil::deviceMatching()
+{
+    if (m_pinstance != this)
+        return false;
+
+    const auto found =
+        m_device.has_value() || std::ranges::any_of (m_devices, [this] (const auto& d) { return checkID (d); });
+
+    registerDeviceMatching();
+    return found;
+}
+
+std::int32_t HidUtil::deviceVersion() const
+{
+    if (! m_device)
+        return 0;
+
+    const auto version = m_device->versionNumber;
+    return version / 4096 * 1000 + version % 4096 / 256 * 100 + version % 256 / 16 * 10 + version % 16;
+}
+
+std::uint32_t HidUtil::deviceInput (std::span<std::uint8_t> buffer) const
+{
+    if (! m_device)
+        return 0;
+
+    const auto count = std::min<std::size_t> (m_reportLength, buffer.size());
+    std::copy_n (m_reportBuffer.begin(), count, buffer.begin());
+    return static_cast<std::uint32_t> (count);
+}
+
+bool HidUtil::deviceOutput (std::span<const std::uint8_t> report)
+{
+    std::shared_ptr<HidConnection> connection;
+
+    {
+        const std::scoped_lock guard (m_connectionLock);
+        connection = m_connection;
+    }
+
+    return ! report.empty() && connection != nullptr && connection->send (report);
+}
+
+bool HidUtil::deviceRemoval()
+{
+    if (! m_device)
+        return false;
+
+    std::shared_ptr<HidConnection> connection;
+
+    {
+        const std::scoped_lock guard (m_connectionLock);
+        connection = std::exchange (m_connection, nullptr);
+    }
+
+    connection->stopInput();
+    m_device.reset();
+    m_reportBuffer.fill (0);
+    m_reportLength = 0;
+    return true;
+}
+
+void HidUtil::deviceAttached (const HidDevice& device)
+{
+    if (checkID (device))
+        m_handler->matchingCallBack();
+}
+
+void HidUtil::deviceRemoved (HidDeviceId device)
+{
+    if (! m_device || m_device->id != device)
+        return;
+
+    deviceRemoval();
+    rebuildDeviceList (device);
+    m_handler->removalCallBack();
+}
+
+void HidUtil::reportReceived (HidDeviceId device, std::size_t length)
+{
+    if (! m_device || m_device->id != device)
+        return;
+
+    m_reportLength = static_cast<std::uint32_t> (std::min (length, reportBufferSize));
+    m_handler->inputCallBack();
+}
+
+bool HidUtil::checkID (const HidDevice& device)
+{
+    const auto product = HidDeviceType.at (m_mode != 0 ? 1 : 0);
+
+    if (m_device || product == 0 || device.vendorId != kVendorId || device.productId != product)
+        return false;
+
+    m_reportBuffer.fill (0);
+    m_reportLength = 0;
+
+    auto [result, connection] = m_service.open (device.id, m_reportBuffer);
+
+    if (result != HidService::OpenResult::ok)
+        return false;
+
+    m_device = device;
+    const std::scoped_lock guard (m_connectionLock);
+    m_connection = std::move (connection);
+    return true;
+}
+
+void HidUtil::registerDeviceMatching()
+{
+    if (! std::exchange (m_matchingRegistered, true))
+        m_service.setListener (this);
+}
+
+void HidUtil::rebuildDeviceList (HidDeviceId leaving)
+{
+    m_devices = m_service.devices();
+    std::erase_if (m_devices, [leaving] (const auto& device) { return device.id == leaving; });
+
+    // Several interfaces of one device share a location: the one that takes requests comes first.
+    std::ranges::sort (m_devices,
+                       {},
+                       [] (const auto& device) {
+                           return std::tuple (device.location, device.outputReportLength == 0, device.interfaceNumber);
+                       });
+}
+
+} // namespace wqv
