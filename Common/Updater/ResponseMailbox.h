@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Where the message thread leaves the controller's answers for the worker.
+
+#pragma once
+
+#include "UpdateSequence.h"
+
+#include <array>
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <span>
+
+namespace wqv
+{
+
+/** The last input report and the signal that it came, under one lock.
+
+    wait() takes report and signal in one step. So a removal that is signalled just before a wait is not lost, and two
+    answers close together wake the worker once, with the later one, and leave no signal behind.
+
+    Any thread may call anything.
+*/
+class ResponseMailbox
+{
+public:
+    /** Forgets signals of the time before the update starts. The last report stays. */
+    void reset();
+
+    /** Takes over an input report. The bytes beyond it keep what they held.
+        @param report  at most 1024 bytes are taken
+        @param wake    whether the worker is to hear of it */
+    void store (std::span<const std::uint8_t> report, bool wake);
+
+    /** The controller went away or came back: zeroes the report and wakes the worker. Whatever answer comes before the
+        worker's next wait does not hide this from it. */
+    void interrupt();
+
+    /** Ends the wait in progress, and every later one at once, as an interruption does. */
+    void stop();
+
+    /** Waits for a signal and takes it.
+        @param limit  how long to wait
+        @returns the first two bytes of the last report; all zero after an interruption */
+    [[nodiscard]] Answer wait (std::chrono::milliseconds limit);
+
+private:
+    std::mutex lock;
+    std::condition_variable event;
+    std::array<std::uint8_t, 1024> responseBuffer {};
+    bool signalled = false;
+    bool interrupted = false;
+    bool stopped = false;
+};
+
+} // namespace wqv

@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The conversation, in the order of docs/protocol.md.
+
+#include "UpdateSequence.h"
+
+#include "TimeLimits.h"
+
+namespace wqv
+{
+
+UpdateSequence::UpdateSequence (Link& linkToUse, const upd_info_t& info, const FirmwareBlocks& blocks)
+    : link (linkToUse), upd_info (info), fw_info (blocks)
+{
+}
+
+bool UpdateSequence::run()
+{
+    link.reportProgress (0.0);
+
+    if (upd_info.totalSize == 0 || sendUpdateMode() != 0 || ! sendSummary())
+        return false;
+
+    // A controller that a block failed on is still told that the update is over; its answer makes nothing good.
+    const auto allBlocksSent = sendBlocks();
+    const auto finished = pollUntilFinished();
+
+    sayFarewell();
+    return allBlocksSent && finished;
+}
+
+int UpdateSequence::sendUpdateMode()
+{
+    for (int tries = 0; tries < timeLimits::enterUpdateModeRequests; ++tries)
+    {
+        // A time-out does not end the try: an answer that came without a signal still counts.
+        exchange (enterUpdateModeRequest(), timeLimits::enterUpdateMode);
+
+        if (answer.code != ResponseCode::updateMode)
+            continue;
+
+        if (answer.value == static_cast<std::uint8_t> (ModeStatus::entered))
+            return 0;
+
+        if (answer.value != static_cast<std::uint8_t> (ModeStatus::notYet))
+            return -1;
+    }
+
+    return -1;
+}
+
+bool UpdateSequence::sendSummary()
+{
+    return exchange (packageSummaryRequest (upd_info, fw_info), timeLimits::summary)
+           && answer.code == ResponseCode::summaryAccepted;
+}
+
+bool UpdateSequence::sendBlocks()
+{
+    for (std::uint8_t i = 0; i < upd_info.blockCount; ++i)
+        if (fw_info[i].enabled && ! sendBlock (static_cast<std::uint8_t> (i + 1), fw_info[i]))
+            return false;
+
+    return true;
+}
+
+bool UpdateSequence::sendBlock (std::uint8_t number, const fw_info_t& block)
+{
+    // A controller that went away meanwhile has not answered, so its block has not been left out: the update failed.
+    if (! exchange (blockHeaderRequest (number, block.size), timeLimits::blockHeader)
+        || answer.code == ResponseCode::none)
+        return false;
+
+    if (answer.code != ResponseCode::ready)
+        return true;
+
+    for (std::uint32_t piece = 0; piece < pieceCount (block.size); ++piece)
+        if (! sendPiece (number, block, piece))
+            return false;
+
+    return true;
+}
+
+bool UpdateSequence::sendPiece (std::uint8_t number, const fw_info_t& block, std::uint32_t piece)
+{
+    if (! exchange (blockDataRequest (number, block.data, piece), timeLimits::blockData) || recieveProgress() != 0)
+        return false;
+
+    const auto isLast = piece + 1 == pieceCount (block.size);
+    const auto accepted = isLast
+                              ? answer.code == ResponseCode::blockAccepted || answer.code == ResponseCode::blockVerified
+                              : answer.code == ResponseCode::ready;
+
+    if (! accepted)
+        return false;
+
+    percent = answer.value;
+    showPercentage();
+    return true;
+}
+
+int UpdateSequence::recieveProgress()
+{
+    while (answer.code == ResponseCode::busy)
+    {
+        percent = answer.value;
+        showPercentage();
+
+        if (! awaitAnswer (timeLimits::nextProgress))
+            return -1;
+    }
+
+    return 0;
+}
+
+bool UpdateSequence::pollUntilFinished()
+{
+    while (exchange (finishRequest(), timeLimits::finish))
+    {
+        if (answer.code != ResponseCode::busy && answer.code != ResponseCode::updateFinished)
+            return false;
+
+        showPercentage();
+        link.pause (timeLimits::pollPause);
+
+        if (answer.code == ResponseCode::updateFinished)
+            return true;
+    }
+
+    return false;
+}
+
+/** Tells a controller that was left in the middle of a block that the update is over. Only a stop leaves it there. */
+void UpdateSequence::sayFarewell()
+{
+    const auto inBlock = lastRequest == RequestCode::blockHeader || lastRequest == RequestCode::blockData;
+
+    // A controller that did not take the last report would only hold the host for as long again.
+    if (inBlock && lastRequestTaken)
+        link.send (finishRequest());
+}
+
+bool UpdateSequence::isAutoUpdateModeSupported()
+{
+    for (int signals = 0; signals < 10; ++signals)
+        if (! awaitAnswer (timeLimits::autoUpdateMode))
+            return false;
+
+    return true;
+}
+
+/** One request and the wait for what comes of it; whether anything came. */
+bool UpdateSequence::exchange (const Request& request, std::chrono::milliseconds limit)
+{
+    if (link.stopRequested())
+    {
+        answer = {};
+        return false;
+    }
+
+    lastRequest = static_cast<RequestCode> (request.front());
+    lastRequestTaken = link.send (request);
+    return awaitAnswer (limit);
+}
+
+bool UpdateSequence::awaitAnswer (std::chrono::milliseconds limit)
+{
+    answer = link.wait (limit);
+    return answer.signalled;
+}
+
+void UpdateSequence::showPercentage()
+{
+    link.reportProgress (answer.value / 100.0);
+}
+
+std::int32_t beki (std::int32_t base, std::int32_t exponent)
+{
+    std::uint32_t power = 1;
+
+    for (; exponent > 0; --exponent)
+        power *= static_cast<std::uint32_t> (base);
+
+    return static_cast<std::int32_t> (power);
+}
+
+} // namespace wqv

@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The conversation of one update with the controller, from the first request to the last answer.
+
+#pragma once
+
+#include "PackageRecords.h"
+#include "Requests.h"
+#include "Responses.h"
+
+#include <chrono>
+#include <cstdint>
+
+namespace wqv
+{
+
+/** What a wait for the controller brought. */
+struct Answer
+{
+    /** Whether anything came before the limit: an answer, or the news that the controller went away or came back. */
+    bool signalled = false;
+
+    /** Byte 0 of the last report; none after an interruption. Without a signal, what lay there before. */
+    ResponseCode code = ResponseCode::none;
+
+    /** Byte 1 of the last report. */
+    std::uint8_t value = 0;
+};
+
+/** Runs one update. It knows no thread, clock or device: it talks through a Link, which the worker gives it and the
+    tests script. One object runs once, and blocks its caller in the Link's waits. */
+class UpdateSequence
+{
+public:
+    /** The four things that the conversation needs, and a word from whoever wants it to end. */
+    class Link
+    {
+    public:
+        /** Sends one request. Whether it arrives only the answer tells.
+            @returns false when the system did not take it, which matters only while leaving */
+        virtual bool send (const Request& request) = 0;
+
+        /** Waits for the controller and takes its signal, so that the next wait waits for the next one. */
+        [[nodiscard]] virtual Answer wait (std::chrono::milliseconds limit) = 0;
+
+        /** Does nothing for a while; a stop ends it. */
+        virtual void pause (std::chrono::milliseconds duration) = 0;
+
+        /** The controller's own figure for the whole update, from 0.0 to 1.0; not clamped. */
+        virtual void reportProgress (double fraction) = 0;
+
+        /** Whether the update is to end: from then on every wait returns at once, with ResponseCode::none. */
+        [[nodiscard]] virtual bool stopRequested() const = 0;
+
+    protected:
+        Link() = default;
+        Link (const Link&) = default;
+        Link& operator= (const Link&) = default;
+        ~Link() = default;
+    };
+
+    /** All three outlive this object. */
+    UpdateSequence (Link& link, const upd_info_t& info, const FirmwareBlocks& blocks);
+
+    /** Enters update mode, sends the summary, each enabled block's header and data, and polls until the controller has
+        finished; the limits are those of timeLimits.
+
+        Three rules are deliberate. While entering update mode a time-out still judges the last report. A block whose
+        header gets any real answer other than the accepting one is left out without a failure. And nothing but the
+        first and the last kind of request is ever sent twice.
+
+        Once a stop is requested no request leaves any more, but one finish request, not waited for, if a block had been
+        announced and the controller still takes reports.
+
+        @returns whether the controller confirmed the end of an update in which nothing failed
+    */
+    [[nodiscard]] bool run();
+
+    /** Whether the controller signals ten times in a row without a gap of a second. The update does not ask this. */
+    [[nodiscard]] bool isAutoUpdateModeSupported();
+
+private:
+    bool exchange (const Request& request, std::chrono::milliseconds limit);
+    bool awaitAnswer (std::chrono::milliseconds limit);
+    void showPercentage();
+
+    [[nodiscard]] int sendUpdateMode();
+    [[nodiscard]] bool sendSummary();
+    [[nodiscard]] bool sendBlocks();
+    [[nodiscard]] bool sendBlock (std::uint8_t number, const fw_info_t& block);
+    [[nodiscard]] bool sendPiece (std::uint8_t number, const fw_info_t& block, std::uint32_t piece);
+    [[nodiscard]] int recieveProgress();
+    [[nodiscard]] bool pollUntilFinished();
+    void sayFarewell();
+
+    Link& link;
+    const upd_info_t& upd_info;
+    const FirmwareBlocks& fw_info;
+
+    Answer answer;
+    double percent = 0.0; ///< the last figure of the data phase, 0 to 100
+    RequestCode lastRequest = RequestCode::enterUpdateMode;
+    bool lastRequestTaken = true;
+};
+
+/** @p base to the power of @p exponent, wrapping on overflow; 1 for an exponent of 0 or less. */
+[[nodiscard]] std::int32_t beki (std::int32_t base, std::int32_t exponent);
+
+} // namespace wqv

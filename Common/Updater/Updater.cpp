@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The status machine, and what it drives.
+
+#include "Updater.h"
+
+#include "HidCtrl.h"
+#include "ResponseMailbox.h"
+#include "UpdatePackage.h"
+#include "UpdateWorker.h"
+
+#include <tuple>
+#include <utility>
+
+namespace wqv
+{
+namespace
+{
+
+constexpr std::int32_t noRequest = -1;
+
+} // namespace
+
+/** The parts in the order of their life: the worker, which uses all others, goes first. */
+struct Updater::Engine final : HidHandler
+{
+    explicit Engine (Updater& updater) : owner (updater) {}
+
+    void removalCallBack() override { owner.removalCallBack(); }
+    void matchingCallBack() override { owner.matchingCallBack(); }
+    void inputCallBack() override { owner.inputCallBack(); }
+
+    Updater& owner;
+    upd_info_t upd_info;
+    FirmwareBlocks fw_info;
+    ResponseMailbox mailbox;
+    HidCtrl hidCtrl { owner.host.hidService };
+    UpdateWorker worker { { upd_info,
+                            fw_info,
+                            hidCtrl,
+                            mailbox,
+                            owner.progressOfUpdate,
+                            [this] (UpdaterStatus_t status) { owner.post (status); } } };
+};
+
+Updater::Updater (Host hostToUse, Listener& listenerToUse)
+    : host (std::move (hostToUse)),
+      listener (listenerToUse),
+      pendingStatus (noRequest),
+      engine (std::make_unique<Engine> (*this))
+{
+    const auto result = checkUPD (host.package, engine->upd_info, engine->fw_info);
+    packageIsValid = isPackageValid (result, engine->upd_info);
+
+    // Without a session there is never a controller, and that is what the screen then says.
+    std::ignore = engine->hidCtrl.initialize (*engine, packageIsValid ? 1 : 0);
+}
+
+Updater::~Updater()
+{
+    engine.reset();
+    cancelPendingUpdate();
+}
+
+std::int32_t Updater::packageVersion() const
+{
+    return engine->upd_info.version;
+}
+
+void Updater::updateSequence (UpdaterStatus_t next)
+{
+    const auto isFinal = currentStatus == UPDATER_STATUS_COMPLETE || currentStatus == UPDATER_STATUS_ERROR;
+
+    if (currentStatus != UPDATER_STATUS_START && (! packageIsValid || isFinal))
+        return;
+
+    currentStatus = next;
+    listener.updaterChanged();
+}
+
+/** Asks for a status from any thread. Requests overwrite one another. */
+void Updater::post (UpdaterStatus_t requested)
+{
+    const juce::ScopedLock guard (lock);
+    pendingStatus = requested;
+    triggerAsyncUpdate();
+}
+
+void Updater::handleAsyncUpdate()
+{
+    // Only the user leaves the first screen. What is asked for there stays until the next request overwrites it.
+    if (currentStatus == UPDATER_STATUS_START)
+        return;
+
+    std::int32_t requested = noRequest;
+
+    {
+        const juce::ScopedLock guard (lock);
+        std::swap (requested, pendingStatus);
+    }
+
+    if (requested != noRequest)
+        updateSequence (static_cast<UpdaterStatus_t> (requested));
+}
+
+/** Applies what the worker has asked for, if it has, before a device event is judged: the event then meets the status
+    of a running update, wakes the worker, and does not overwrite the request. */
+void Updater::applyWorkersRequest()
+{
+    std::int32_t requested = noRequest;
+
+    {
+        const juce::ScopedLock guard (lock);
+
+        if (pendingStatus >= UPDATER_STATUS_UPDATING)
+            std::swap (requested, pendingStatus);
+    }
+
+    if (requested != noRequest)
+        updateSequence (static_cast<UpdaterStatus_t> (requested));
+}
+
+void Updater::confirm()
+{
+    if (currentStatus == UPDATER_STATUS_START)
+        leaveFirstScreen();
+    else if (currentStatus == UPDATER_STATUS_READY && packageIsValid)
+        startUpdate();
+    else
+        quitSequence();
+}
+
+void Updater::leave()
+{
+    quitSequence();
+}
+
+void Updater::leaveFirstScreen()
+{
+    const auto connected = engine->hidCtrl.state() != HidCtrl::noDevice;
+
+    versionOfDevice = connected ? engine->hidCtrl.version() : -1;
+    updateSequence (connected ? UPDATER_STATUS_READY : UPDATER_STATUS_NOT_CONNECTED);
+}
+
+void Updater::startUpdate()
+{
+    // A second press before "updating" is applied must not take away the first answer's signal.
+    if (engine->worker.isThreadRunning())
+        return;
+
+    engine->mailbox.reset();
+    engine->worker.startThread();
+}
+
+void Updater::quitSequence()
+{
+    listener.updaterLeaving();
+    engine->worker.stop();
+    host.quit();
+}
+
+void Updater::removalCallBack()
+{
+    applyWorkersRequest();
+    versionOfDevice = -1;
+
+    if (currentStatus == UPDATER_STATUS_UPDATING)
+        engine->mailbox.interrupt();
+    else
+        post (UPDATER_STATUS_NOT_CONNECTED);
+}
+
+void Updater::matchingCallBack()
+{
+    applyWorkersRequest();
+    versionOfDevice = engine->hidCtrl.version();
+
+    if (currentStatus == UPDATER_STATUS_UPDATING)
+        engine->mailbox.interrupt();
+    else
+        post (UPDATER_STATUS_READY);
+}
+
+void Updater::inputCallBack()
+{
+    applyWorkersRequest();
+
+    if (const auto report = engine->hidCtrl.inputReport(); ! report.empty())
+        engine->mailbox.store (report, currentStatus == UPDATER_STATUS_UPDATING);
+}
+
+} // namespace wqv

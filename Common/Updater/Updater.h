@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The updater without its window: the package, the device session, the status and the update.
+
+#pragma once
+
+#include "UpdaterStatus.h"
+
+#include <juce_events/juce_events.h>
+
+#include <atomic>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+
+namespace wqv
+{
+
+class HidService;
+
+/** Model and controller of the program: the one place where the status changes.
+
+    Every operation, and every call of the listener, is on the message thread. May be deleted at any moment, a running
+    update included: the worker is stopped first.
+*/
+class Updater final : private juce::AsyncUpdater
+{
+public:
+    /** Shows the updater's state. */
+    class Listener
+    {
+    public:
+        /** The status was set, maybe to what it was: show it anew. */
+        virtual void updaterChanged() = 0;
+
+        /** The program is about to end, and a write that the system holds may delay that: show nothing any more. */
+        virtual void updaterLeaving() = 0;
+
+    protected:
+        Listener() = default;
+        Listener (const Listener&) = default;
+        Listener& operator= (const Listener&) = default;
+        ~Listener() = default;
+    };
+
+    /** What the updater is given. */
+    struct Host
+    {
+        HidService& hidService;        ///< outlives the updater
+        std::filesystem::path package; ///< the package file
+        std::function<void()> quit;    ///< ends the program; may return at once
+    };
+
+    /** Loads the package and looks for the controller. A package that is not valid is remembered as such, and then no
+        controller is ever opened. The listener is not called yet. */
+    Updater (Host hostToUse, Listener& listenerToUse);
+    ~Updater() override;
+
+    [[nodiscard]] UpdaterStatus_t status() const { return currentStatus; }
+
+    /** Whether there is a package to offer: it was loaded and its version is above 0. */
+    [[nodiscard]] bool packageValid() const { return packageIsValid; }
+
+    /** The version of the package as a decimal number: 105 is 1.05. */
+    [[nodiscard]] std::int32_t packageVersion() const;
+
+    /** The firmware version of the controller as a decimal number; -1 while unknown. */
+    [[nodiscard]] std::int32_t deviceVersion() const { return versionOfDevice; }
+
+    /** How far the update is, 0.0 to 1.0, by the controller's own figure; not clamped. */
+    [[nodiscard]] double progress() const { return progressOfUpdate; }
+
+    /** The user presses the affirming button: leaves the first screen, starts the update, or ends the program. */
+    void confirm();
+
+    /** The user presses the other button: ends the program. */
+    void leave();
+
+private:
+    struct Engine;
+
+    void handleAsyncUpdate() override;
+    void updateSequence (UpdaterStatus_t next);
+    void post (UpdaterStatus_t requested);
+    void applyWorkersRequest();
+    void leaveFirstScreen();
+    void startUpdate();
+    void quitSequence();
+
+    void removalCallBack();
+    void matchingCallBack();
+    void inputCallBack();
+
+    Host host;
+    Listener& listener;
+    UpdaterStatus_t currentStatus = UPDATER_STATUS_START;
+    bool packageIsValid = false;
+    std::int32_t versionOfDevice = -1;
+    std::atomic<double> progressOfUpdate { 0.0 };
+
+    juce::CriticalSection lock; ///< makes a request and its trigger one step
+    std::int32_t pendingStatus; ///< what the worker or a device event asks for; noRequest if nothing
+
+    std::unique_ptr<Engine> engine; ///< what the window does not see; the first to go
+};
+
+} // namespace wqv
