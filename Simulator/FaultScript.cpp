@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Reading fault scripts.
+
+#include "FaultScript.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <utility>
+
+namespace wqv
+{
+namespace
+{
+
+constexpr std::array<std::pair<std::string_view, Fault::Kind>, 11> kinds { {
+    { "silent", Fault::Kind::silent },
+    { "late", Fault::Kind::late },
+    { "busy", Fault::Kind::busy },
+    { "burst", Fault::Kind::burst },
+    { "wrong", Fault::Kind::wrong },
+    { "brief", Fault::Kind::brief },
+    { "refuse", Fault::Kind::refuse },
+    { "notYet", Fault::Kind::notYet },
+    { "unplug", Fault::Kind::unplug },
+    { "replug", Fault::Kind::replug },
+    { "hold", Fault::Kind::hold },
+} };
+
+/** Cuts the text up to a separator off its front. */
+std::string_view takeUntil (std::string_view& text, char separator)
+{
+    const auto end = std::min (text.find (separator), text.size());
+    const auto taken = text.substr (0, end);
+
+    text.remove_prefix (std::min (end + 1, text.size()));
+    return taken;
+}
+
+template <typename Number>
+bool readNumber (std::string_view text, Number& number)
+{
+    const auto isHex = text.starts_with ("0x");
+    const auto digits = text.substr (isHex ? 2 : 0);
+    const auto* end = digits.data() + digits.size();
+    const auto result = std::from_chars (digits.data(), end, number, isHex ? 16 : 10);
+
+    return result.ec == std::errc {} && result.ptr == end;
+}
+
+std::optional<Fault> parseFault (std::string_view text)
+{
+    const auto hasValue = text.find (':') != std::string_view::npos;
+    auto place = takeUntil (text, ':');
+    const auto name = takeUntil (place, '@');
+    const auto first = takeUntil (place, '-');
+    const auto* const kind = std::ranges::find (kinds, name, &std::pair<std::string_view, Fault::Kind>::first);
+
+    if (kind == kinds.end())
+        return {};
+
+    Fault fault { .kind = kind->second };
+
+    if (! readNumber (first, fault.first) || ! readNumber (place.empty() ? first : place, fault.last)
+        || (hasValue && ! readNumber (text, fault.value)))
+        return {};
+
+    return fault;
+}
+
+} // namespace
+
+std::optional<FaultScript> parseFaultScript (std::string_view text)
+{
+    FaultScript script;
+
+    while (! text.empty())
+    {
+        const auto fault = parseFault (takeUntil (text, ','));
+
+        if (! fault)
+            return {};
+
+        script.push_back (*fault);
+    }
+
+    return script;
+}
+
+} // namespace wqv
