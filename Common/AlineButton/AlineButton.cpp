@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Caption over background.
+
+#include "AlineButton.h"
+
+namespace wqv
+{
+
+AlineButton::AlineButton (const juce::String& name)
+    : Button (name), m_fontName (juce::Font::getDefaultSansSerifFontName())
+{
+    setLookAndFeel (&m_lookAndFeel);
+    setColour (juce::TextButton::buttonColourId, juce::Colours::black);
+    setColour (juce::TextButton::buttonOnColourId, juce::Colours::black);
+}
+
+AlineButton::~AlineButton()
+{
+    setLookAndFeel (nullptr);
+}
+
+void AlineButton::setButtonText (const juce::String& newText)
+{
+    if (newText == getButtonText())
+        repaint();
+    else
+        Button::setButtonText (newText);
+}
+
+void AlineButton::paintButton (juce::Graphics& g, bool isMouseOver, bool isButtonDown)
+{
+    constexpr int inset = 4;
+    constexpr float largestFontHeight = 13.0f;
+    constexpr float smallestHorizontalScale = 0.7f;
+
+    const auto colourId = getToggleState() ? juce::TextButton::buttonOnColourId : juce::TextButton::buttonColourId;
+    m_lookAndFeel.drawButtonBackground (g, *this, findColour (colourId), isMouseOver, isButtonDown);
+
+    const auto fontHeight = juce::jmin (static_cast<float> (getHeight()) * 0.8f, largestFontHeight);
+
+    g.setFont (juce::Font (m_fontName, fontHeight, m_style));
+    g.setColour (juce::Colour (16, 16, 16));
+    g.drawFittedText (getButtonText(), getLocalBounds().reduced (inset), m_aline, 1, smallestHorizontalScale);
+}
+
+} // namespace wqv

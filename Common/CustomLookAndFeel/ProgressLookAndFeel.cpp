@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Drawing the progress bar.
+
+#include "ProgressLookAndFeel.h"
+
+namespace wqv
+{
+
+void ProgressLookAndFeel::drawProgressBar (
+    juce::Graphics& g, juce::ProgressBar& bar, int width, int height, double progress, const juce::String& textToShow)
+{
+    constexpr float border = 2.0f;
+
+    g.fillAll (bar.findColour (juce::ProgressBar::backgroundColourId));
+
+    const auto fullWidth = static_cast<double> (width) - 4.0;
+    const auto filledWidth = juce::jlimit (0.0, juce::jmax (0.0, fullWidth), fullWidth * progress);
+    const auto innerHeight = static_cast<float> (height) - 4.0f;
+
+    juce::ColourGradient gradient (
+        juce::Colour (167, 167, 167), border, border, juce::Colour (108, 108, 108), border, innerHeight, false);
+    gradient.addColour (0.5, juce::Colour (100, 100, 100));
+
+    g.setGradientFill (gradient);
+    g.fillRect (border, border, static_cast<float> (filledWidth), innerHeight);
+
+    if (textToShow.isNotEmpty())
+    {
+        g.setColour (juce::Colours::white);
+        g.setFont (static_cast<float> (height) * 0.8f);
+        g.drawText (textToShow, 0, 0, width, height, juce::Justification::centred, false);
+    }
+}
+
+} // namespace wqv

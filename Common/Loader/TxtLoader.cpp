@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Loading texts, and the choice of the language to start with.
+
+#include "TxtLoader.h"
+
+#include "TextResource.h"
+
+#include <algorithm>
+
+namespace wqv
+{
+namespace
+{
+
+/** The codes by which a preferred language is recognised: a prefix of its identifier. */
+constexpr std::array<const char*, languageCount> langList { "en", "fr", "de",      "es",      "it", "nl",
+                                                            "ru", "pt", "zh-Hans", "zh-Hant", "ko", "ja" };
+
+#if JUCE_LINUX
+constexpr FlgTable fontSection = FLG_FONT_LINUX;
+#elif JUCE_MAC
+constexpr FlgTable fontSection = FLG_FONT_MAC;
+#endif
+
+constexpr EmbeddedFile languageTable { &language_txt_pointer, &language_txt_length };
+
+template <typename Strings>
+const juce::String& elementOr (const Strings& strings, std::uint32_t index, const juce::String& otherwise)
+{
+    return index < strings.size() ? strings[index] : otherwise;
+}
+
+} // namespace
+
+void TxtLoader::createInstance (std::span<const std::string> preferred)
+{
+    if (m_pinstance != nullptr)
+        return;
+
+    m_pinstance = new TxtLoader;
+    m_pinstance->setLocale (m_pinstance->chkLocale (preferred));
+}
+
+TxtLoader* TxtLoader::getInstance()
+{
+    createInstance();
+    return m_pinstance;
+}
+
+void TxtLoader::releaseInstance()
+{
+    delete m_pinstance;
+    m_pinstance = nullptr;
+}
+
+TxtLoader::TxtLoader()
+{
+    Load (languageTable, fontSection, m_font);
+    Load (languageTable, FLG_LANG, m_lang);
+}
+
+const juce::String& TxtLoader::getString (std::uint32_t id) const
+{
+    return elementOr (m_string, id, m_empty);
+}
+
+const juce::String& TxtLoader::getFont (std::uint32_t language) const
+{
+    return elementOr (m_font, language, m_empty);
+}
+
+const juce::String& TxtLoader::getLang (std::uint32_t language) const
+{
+    return elementOr (m_lang, language, m_empty);
+}
+
+bool TxtLoader::isEnabled (std::uint32_t language) const
+{
+    return language < m_langEnable.size() && m_langEnable[language];
+}
+
+void TxtLoader::setLocale (std::uint32_t language)
+{
+    if (language == m_locale)
+        return;
+
+    m_locale = language;
+    Load (language, FLG_STR, m_string);
+}
+
+void TxtLoader::Load (const EmbeddedFile& file, FlgTable section, std::span<juce::String> out)
+{
+    if (file.pointer == nullptr || *file.length < 0)
+        return;
+
+    const std::string_view bytes (reinterpret_cast<const char*> (*file.pointer),
+                                  static_cast<std::size_t> (*file.length));
+    TextResource resource (bytes, section);
+    std::string value;
+
+    for (auto& text : out)
+    {
+        if (! resource.next (value))
+            return;
+
+        text = juce::String::fromUTF8 (value.data(), static_cast<int> (value.size()));
+    }
+}
+
+void TxtLoader::Load (std::uint32_t language, FlgTable section, std::span<juce::String> out)
+{
+    if (language < textList.size())
+        Load (textList[language], section, out);
+}
+
+/** Sets which languages can be offered, and finds the one to start with: the first preferred language that begins with
+    a code counts. English, if none does. */
+std::uint32_t TxtLoader::chkLocale (std::span<const std::string> preferred)
+{
+    std::ranges::transform (textList, m_langEnable.begin(), [] (const auto& file) { return file.pointer != nullptr; });
+
+    for (const auto& identifier : preferred)
+        for (std::uint32_t language = 0; language < langList.size(); ++language)
+            if (m_langEnable[language] && juce::String (identifier).startsWithIgnoreCase (langList[language]))
+                return language;
+
+    return 0;
+}
+
+} // namespace wqv

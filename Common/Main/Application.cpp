@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Starting and ending.
+
+#include "Application.h"
+
+#include "ExecutableFile.h"
+#include "MainWindow.h"
+#include "UpdatePackage.h"
+
+#include <iostream>
+#include <utility>
+
+namespace wqv
+{
+
+Application::Application (HidServiceMaker makerToUse) : makeHidService (std::move (makerToUse)) {}
+
+Application::~Application() = default;
+
+void Application::initialise (const juce::String& /*commandLine*/)
+{
+    // The toolkit crashes when it makes a window without a display.
+    if (juce::Desktop::getInstance().getDisplays().displays.isEmpty())
+    {
+        std::cerr << getApplicationName() << ": no display: the environment variable DISPLAY must name an X server\n";
+        setApplicationReturnValue (1);
+        quit();
+        return;
+    }
+
+    terminationSignals = std::make_unique<TerminationSignals> ([this] { systemRequestedQuit(); });
+    hidService = makeHidService();
+    mainWindow =
+        std::make_unique<MainWindow> (getApplicationName(),
+                                      Updater::Host { .hidService = *hidService,
+                                                      .package = getExecutableFile().parent_path() / packageFileName,
+                                                      .quit = [this] { systemRequestedQuit(); } });
+}
+
+void Application::shutdown()
+{
+    // A write that the system holds may keep the worker for seconds: nobody should have to watch that.
+    if (mainWindow != nullptr)
+        mainWindow->disappear();
+
+    mainWindow.reset();
+    hidService.reset();
+    terminationSignals.reset();
+}
+
+const juce::String Application::getApplicationName() // NOLINT (readability-const-return-type): the toolkit's
+{
+    return "WQVUpdateProgram";
+}
+
+const juce::String Application::getApplicationVersion() // NOLINT (readability-const-return-type): the toolkit's
+{
+    return WQV_VERSION;
+}
+
+bool Application::moreThanOneInstanceAllowed()
+{
+    return JUCE_LINUX != 0;
+}
+
+void Application::anotherInstanceStarted (const juce::String& /*commandLine*/)
+{
+    if (mainWindow != nullptr && mainWindow->isVisible())
+        mainWindow->toFront (true);
+}
+
+} // namespace wqv

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The program's one window.
+
+#pragma once
+
+#include "MainComponent.h"
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+namespace wqv
+{
+
+/** A window of fixed size around the panel, above all others, with the system's title bar. Message thread only. */
+class MainWindow final : public juce::ResizableWindow
+{
+public:
+    /** Shows the window, centred; its client area is as large as the panel. */
+    MainWindow (const juce::String& name, Updater::Host host);
+
+    /** Takes the window off the screen at once, whatever keeps the message thread afterwards. */
+    void disappear();
+
+    /** Nothing: the program ends by its buttons, or when the system wants it to. */
+    void userTriedToCloseWindow() override {}
+
+private:
+    JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (MainWindow)
+};
+
+} // namespace wqv

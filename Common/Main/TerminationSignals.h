@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The system's requests to end the program.
+
+#pragma once
+
+#include <array>
+#include <functional>
+
+namespace wqv
+{
+
+/** Turns SIGTERM, SIGHUP and SIGINT into a call on the message thread. One object at a time, made and deleted there,
+    while the message loop exists. */
+class TerminationSignals
+{
+public:
+    /** @param onSignal  called for each signal, on the message thread */
+    explicit TerminationSignals (std::function<void()> onSignal);
+
+    /** From here on the signals are ignored: the end is under way. */
+    ~TerminationSignals();
+
+    TerminationSignals (const TerminationSignals&) = delete;
+    TerminationSignals& operator= (const TerminationSignals&) = delete;
+
+private:
+    std::array<int, 2> pipeEnds { -1, -1 };
+};
+
+} // namespace wqv

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A vector drawing of a round or triangular sign.
+
+#pragma once
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+namespace wqv
+{
+
+/** Draws a sign into the square in which the panel draws its warning picture. No screen shows it.
+    @param kind  0: nothing; 2: a yellow triangle with "!"; 3: a white disc with "i"; any other: a white disc with "?" */
+void drawIcon (juce::Graphics& g, int kind);
+
+} // namespace wqv

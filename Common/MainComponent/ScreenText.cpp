@@ -1,0 +1,227 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Blocks of text: where they are, how large, in which words.
+
+#include "ScreenText.h"
+
+#include "TxtLoader.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+
+namespace wqv
+{
+namespace
+{
+
+constexpr float normalFontHeight = 13.0f;
+constexpr float smallFontHeight = 10.0f;
+constexpr float lineHeight = 16.0f;
+constexpr float smallestHorizontalScale = 0.7f;
+
+/** Where texts begin beside the warning picture. */
+constexpr float noticeX = 105.0f;
+constexpr float topY = 20.0f;
+
+/** The dense characters of these languages stay readable in a smaller font. */
+bool isSmallScript (unsigned language)
+{
+    return language == languageIndex::simplifiedChinese || language == languageIndex::traditionalChinese
+           || language == languageIndex::japanese;
+}
+
+float smallFontHeightOf (unsigned language)
+{
+    return isSmallScript (language) ? smallFontHeight : normalFontHeight;
+}
+
+int instructionLinesOf (unsigned language)
+{
+    const auto fitsOneLine = language == languageIndex::simplifiedChinese
+                             || language == languageIndex::traditionalChinese || language == languageIndex::korean;
+    return fitsOneLine ? 1 : 2;
+}
+
+/** The gap between the title of the ready screen and its hint: the Russian title takes two lines. */
+float hintGapOf (unsigned language)
+{
+    return language == languageIndex::russian ? 31.0f : 16.0f;
+}
+
+juce::String versionText (TextId id, std::int32_t version)
+{
+    return formatted (TxtLoader::getInstance()->getString (id).toRawUTF8(), version / 100, version % 100);
+}
+
+} // namespace
+
+juce::String formatted (const char* utf8Format, ...)
+{
+    char* bytes = nullptr;
+    std::va_list arguments;
+
+    va_start (arguments, utf8Format);
+    const auto length = vasprintf (&bytes, utf8Format, arguments);
+    va_end (arguments);
+
+    if (length < 0)
+        return {};
+
+    const auto text = juce::String::fromUTF8 (bytes, length);
+    std::free (bytes); // NOLINT: vasprintf's own memory
+    return text;
+}
+
+ScreenText::ScreenText (int panelWidth, int panelHeight)
+    : width (static_cast<float> (panelWidth)), height (static_cast<float> (panelHeight))
+{
+}
+
+void ScreenText::layOut (const ScreenState& state)
+{
+    const auto& texts = *TxtLoader::getInstance();
+    glyphs.clear();
+
+    if (state.status != UPDATER_STATUS_START && ! state.packageValid)
+    {
+        addNotice (texts.getString (TextId::packageError));
+        return;
+    }
+
+    switch (state.status)
+    {
+        case UPDATER_STATUS_START:
+            addTitle (texts.getString (TextId::languageSelections) + "\n\n", juce::Font::bold);
+            addBody (texts.getString (TextId::selectLanguage));
+            break;
+
+        case UPDATER_STATUS_NOT_CONNECTED:
+            dispHowToUpdate (noticeX, topY, texts.locale(), texts.getFont(), true);
+            break;
+
+        case UPDATER_STATUS_READY: addReadyScreen (state); break;
+
+        case UPDATER_STATUS_UPDATING:
+            addTitle (textFor (TextId::updating) + "\n\n", juce::Font::bold);
+            addBody (texts.getString (TextId::pleaseWait));
+            break;
+
+        case UPDATER_STATUS_COMPLETE: addTitle (textFor (TextId::complete), juce::Font::plain); break;
+
+        case UPDATER_STATUS_ERROR:
+            addNotice (texts.getString (TextId::errorOccurred) + "\n");
+            dispHowToUpdate (noticeX, topY, texts.locale(), texts.getFont(), false);
+            break;
+    }
+}
+
+void ScreenText::addReadyScreen (const ScreenState& state)
+{
+    const auto& texts = *TxtLoader::getInstance();
+    const auto language = texts.locale();
+
+    addTitle (textFor (TextId::updatesFirmware) + "\n\n", juce::Font::bold);
+    dispHowToStart (40.0f, topY + hintGapOf (language), language, texts.getFont());
+
+    const auto y = bottom() + 5.0f;
+
+    addBlock (versionText (TextId::currentVersion, state.deviceVersion) + "\n"
+                  + versionText (TextId::updateVersion, state.packageVersion),
+              { 60.0f, y, width - 60.0f, height - y },
+              smallFontHeightOf (language),
+              juce::Font::plain);
+}
+
+/** How to connect the controller and restart the program, maybe under the line that it is not recognised. */
+void ScreenText::dispHowToUpdate (
+    float x, float y, unsigned language, const juce::String& fontName, bool showNotRecognized)
+{
+    const auto fontHeight = smallFontHeightOf (language);
+    const auto lines = instructionLinesOf (language);
+    const auto blockWidth = width - (x + 15.0f);
+    const juce::Font font (fontName, fontHeight, juce::Font::plain);
+
+    if (showNotRecognized)
+        addLines (textFor (TextId::notRecognized),
+                  juce::Font (fontName, normalFontHeight, juce::Font::bold),
+                  x,
+                  y,
+                  blockWidth,
+                  1);
+
+    y += lineHeight;
+    addLines (textFor (TextId::connectThen), font, x, y, blockWidth, lines);
+
+    y += static_cast<float> (lines) * fontHeight + 3.0f;
+    addLines (TxtLoader::getInstance()->getString (TextId::thenRestart), font, x, y, blockWidth, 1);
+}
+
+/** How to connect the controller. */
+void ScreenText::dispHowToStart (float x, float y, unsigned language, const juce::String& fontName)
+{
+    addLines (textFor (TextId::connect),
+              juce::Font (fontName, smallFontHeightOf (language), juce::Font::plain),
+              x,
+              y,
+              width - (x + 20.0f),
+              instructionLinesOf (language));
+}
+
+void ScreenText::addTitle (const juce::String& text, int style)
+{
+    addBlock (text, { 20.0f, topY, width - 40.0f, height - topY }, normalFontHeight, style);
+}
+
+void ScreenText::addBody (const juce::String& text)
+{
+    const auto y = bottom();
+    addBlock (text, { 40.0f, y, width - 60.0f, height - y }, normalFontHeight, juce::Font::plain);
+}
+
+void ScreenText::addNotice (const juce::String& text)
+{
+    addBlock (text, { noticeX, topY, width - 125.0f, height - topY }, normalFontHeight, juce::Font::plain);
+}
+
+/** A block of as many lines as the normal font has room for, whatever the font is. */
+void ScreenText::addBlock (const juce::String& text, juce::Rectangle<float> area, float fontHeight, int style)
+{
+    glyphs.addFittedText (juce::Font (TxtLoader::getInstance()->getFont(), fontHeight, style),
+                          text,
+                          area.getX(),
+                          area.getY(),
+                          area.getWidth(),
+                          area.getHeight(),
+                          juce::Justification::topLeft,
+                          static_cast<int> (area.getHeight() / normalFontHeight),
+                          smallestHorizontalScale);
+}
+
+void ScreenText::addLines (
+    const juce::String& text, const juce::Font& font, float x, float y, float blockWidth, int lines)
+{
+    glyphs.addFittedText (font,
+                          text,
+                          x,
+                          y,
+                          blockWidth,
+                          lineHeight * static_cast<float> (lines),
+                          juce::Justification::topLeft,
+                          lines,
+                          smallestHorizontalScale);
+}
+
+/** The bottom edge of the last glyph, white space included. */
+float ScreenText::bottom() const
+{
+    return glyphs.getBoundingBox (glyphs.getNumGlyphs() - 1, 1, true).getBottom();
+}
+
+/** A text with the name of the model in its place. */
+juce::String ScreenText::textFor (TextId id)
+{
+    const auto& texts = *TxtLoader::getInstance();
+    return formatted (texts.getString (id).toRawUTF8(), texts.getString (TextId::model).toRawUTF8());
+}
+
+} // namespace wqv
