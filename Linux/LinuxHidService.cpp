@@ -1,0 +1,235 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Following hidraw nodes, and opening them.
+
+#include "LinuxHidService.h"
+
+#include "HidrawConnection.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <iostream>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+namespace wqv
+{
+namespace
+{
+
+constexpr const char* ruleFile = "70-wqv-krv20.rules";
+
+// A node's permissions come shortly after it: for two seconds it is tried again.
+constexpr int millisecondsBetweenAttempts = 100;
+constexpr int attemptsAfterAttach = 20;
+
+} // namespace
+
+LinuxHidService::LinuxHidService() : context (udev_new())
+{
+    if (context != nullptr)
+        monitor.reset (udev_monitor_new_from_netlink (context.get(), "udev"));
+
+    if (monitor == nullptr || udev_monitor_filter_add_match_subsystem_devtype (monitor.get(), "hidraw", nullptr) < 0
+        || udev_monitor_enable_receiving (monitor.get()) < 0)
+    {
+        std::cerr << "WQVUpdateProgram: no udev in reach: a controller cannot be seen when it is plugged in\n";
+        monitor.reset();
+        return;
+    }
+
+    // Before anything is listed, so that nothing slips in between.
+    juce::LinuxEventLoop::registerFdCallback (udev_monitor_get_fd (monitor.get()), [this] (int) { handleMonitor(); });
+}
+
+LinuxHidService::~LinuxHidService()
+{
+    stopTimer();
+
+    if (monitor != nullptr)
+        juce::LinuxEventLoop::unregisterFdCallback (udev_monitor_get_fd (monitor.get()));
+}
+
+std::vector<HidDevice> LinuxHidService::devices()
+{
+    std::vector<HidDevice> list;
+
+    if (context == nullptr)
+        return list;
+
+    const UdevPointer<udev_enumerate> enumerate (udev_enumerate_new (context.get()));
+
+    if (enumerate == nullptr || udev_enumerate_add_match_subsystem (enumerate.get(), "hidraw") < 0
+        || udev_enumerate_scan_devices (enumerate.get()) < 0)
+        return list;
+
+    for (auto* entry = udev_enumerate_get_list_entry (enumerate.get()); entry != nullptr;
+         entry = udev_list_entry_get_next (entry))
+    {
+        const auto* const path = udev_list_entry_get_name (entry);
+        const UdevPointer<udev_device> device (udev_device_new_from_syspath (context.get(), path));
+
+        // Told by what is returned, not by a callback.
+        if (device != nullptr && ! nodes.contains (path))
+        {
+            auto* const hearing = std::exchange (listener, nullptr);
+            nodeAppeared (*device);
+            listener = hearing;
+        }
+    }
+
+    for (const auto& [path, node] : nodes)
+        if (! node.isGone)
+            list.push_back (node.device);
+
+    return list;
+}
+
+void LinuxHidService::setListener (Listener* newListener)
+{
+    listener = newListener;
+}
+
+HidService::Opened LinuxHidService::open (HidDeviceId device, ReportBuffer& buffer)
+{
+    auto* const node = find (device);
+
+    if (node == nullptr)
+        return { .result = OpenResult::gone, .connection = nullptr };
+
+    const auto descriptor = ::open (node->path.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK);
+    node->isDenied = descriptor < 0 && (errno == EACCES || errno == EPERM);
+
+    if (node->isDenied)
+    {
+        if (node->attemptsLeft > 0)
+            startTimer (millisecondsBetweenAttempts);
+
+        return { .result = OpenResult::denied, .connection = nullptr };
+    }
+
+    if (descriptor < 0)
+        return { .result = OpenResult::gone, .connection = nullptr };
+
+    const auto connection = std::make_shared<HidrawConnection> (descriptor);
+
+    connection->startInput (
+        buffer,
+        [this, device] (std::size_t length)
+        {
+            if (listener != nullptr)
+                listener->reportReceived (device, length);
+        },
+        [this, device] { nodeGone (device); });
+
+    return { .result = OpenResult::ok, .connection = connection };
+}
+
+/** Takes all events that there are: a monitor that is not drained loses them. */
+void LinuxHidService::handleMonitor()
+{
+    for (;;)
+    {
+        const UdevPointer<udev_device> device (udev_monitor_receive_device (monitor.get()));
+
+        if (device == nullptr)
+            return;
+
+        const auto* const action = udev_device_get_action (device.get());
+        const auto known = nodes.find (udev_device_get_syspath (device.get()));
+
+        if (action != nullptr && std::string_view (action) == "remove")
+        {
+            if (known != nodes.end())
+            {
+                nodeGone (known->second.device.id);
+                nodes.erase (known);
+            }
+        }
+        else if (known == nodes.end() || known->second.isGone)
+        {
+            nodeAppeared (*device);
+        }
+        else if (known->second.isDenied)
+        {
+            // The rule may have been installed meanwhile.
+            tryDeniedNode (known->second.device.id);
+        }
+    }
+}
+
+void LinuxHidService::nodeAppeared (udev_device& hidraw)
+{
+    auto device = describeUsbHidDevice (hidraw);
+
+    if (! device)
+        return;
+
+    device->id = ++lastId;
+    nodes[udev_device_get_syspath (&hidraw)] = { .device = *device,
+                                                 .path = udev_device_get_devnode (&hidraw),
+                                                 .attemptsLeft = attemptsAfterAttach };
+
+    if (listener != nullptr)
+        listener->deviceAttached (*device);
+}
+
+/** The hang-up of the node and udev's own word may both tell this; the first counts. */
+void LinuxHidService::nodeGone (HidDeviceId device)
+{
+    auto* const node = find (device);
+
+    if (node == nullptr)
+        return;
+
+    // It stays known: until udev removes it, a new list of the system's devices still has it.
+    node->isGone = true;
+
+    if (listener != nullptr)
+        listener->deviceRemoved (device);
+}
+
+/** To the listener a device that has become accessible is one that was just attached. */
+void LinuxHidService::tryDeniedNode (HidDeviceId device)
+{
+    if (const auto* const node = find (device); node != nullptr && listener != nullptr)
+        listener->deviceAttached (HidDevice (node->device));
+}
+
+void LinuxHidService::timerCallback()
+{
+    stopTimer();
+
+    std::vector<HidDeviceId> denied;
+
+    for (auto& [path, node] : nodes)
+    {
+        if (! node.isDenied || node.isGone || node.complaintMade)
+            continue;
+
+        if (--node.attemptsLeft > 0)
+        {
+            denied.push_back (node.device.id);
+            continue;
+        }
+
+        node.complaintMade = true;
+        std::cerr << "WQVUpdateProgram: permission denied for " << node.path << ": is the udev rule file " << ruleFile
+                  << " installed?\n";
+    }
+
+    for (const auto device : denied)
+        tryDeniedNode (device);
+}
+
+/** The node of a device that has not gone. */
+LinuxHidService::Node* LinuxHidService::find (HidDeviceId device)
+{
+    const auto found = std::ranges::find_if (
+        nodes, [device] (const auto& entry) { return entry.second.device.id == device && ! entry.second.isGone; });
+
+    return found != nodes.end() ? &found->second : nullptr;
+}
+
+} // namespace wqv

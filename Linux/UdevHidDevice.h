@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What udev knows of one hidraw node.
+
+#pragma once
+
+#include "HidService.h"
+
+#include <libudev.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace wqv
+{
+
+/** Gives a libudev object back. */
+struct UdevRelease
+{
+    void operator() (udev* object) const { udev_unref (object); }
+    void operator() (udev_device* object) const { udev_device_unref (object); }
+    void operator() (udev_enumerate* object) const { udev_enumerate_unref (object); }
+    void operator() (udev_monitor* object) const { udev_monitor_unref (object); }
+};
+
+template <typename Object>
+using UdevPointer = std::unique_ptr<Object, UdevRelease>;
+
+/** Describes the USB device behind a hidraw node; its id is left 0.
+    @returns nothing for a device that is not a USB device, or is no longer there */
+[[nodiscard]] std::optional<HidDevice> describeUsbHidDevice (udev_device& hidraw);
+
+} // namespace wqv
