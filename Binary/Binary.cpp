@@ -10,6 +10,8 @@ const std::array<EmbeddedFile, languageCount> textList { {
     { &english_txt_pointer, &english_txt_length },
 } };
 
-const std::array<EmbeddedFile, 1> imageList {};
+const std::array<EmbeddedFile, 1> imageList { {
+    { &warning_png_pointer, &warning_png_length },
+} };
 
 } // namespace wqv

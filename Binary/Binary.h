@@ -20,6 +20,10 @@ extern const std::uint8_t language_txt_array[];
 extern const std::int32_t language_txt_length;
 extern const std::uint8_t* const language_txt_pointer;
 
+extern const std::uint8_t warning_png_array[];
+extern const std::int32_t warning_png_length;
+extern const std::uint8_t* const warning_png_pointer;
+
 /** Where an embedded file is: the addresses of its pointer and of its length. Both are null for a file that the program
     does not have. */
 struct EmbeddedFile
@@ -34,7 +38,7 @@ inline constexpr std::size_t languageCount = 12;
 /** The texts of each language, in language order. */
 extern const std::array<EmbeddedFile, languageCount> textList;
 
-/** The pictures, by image index; 0 is the warning sign. */
+/** The pictures, by image index: the warning sign. */
 extern const std::array<EmbeddedFile, 1> imageList;
 
 } // namespace wqv
