@@ -154,12 +154,12 @@ bool SimulatedHidService::send (HidDeviceId device, std::span<const std::uint8_t
 
     const auto now = Clock::now();
 
-    for (auto& event : newEvents)
+    for (const auto& event : newEvents)
         events.emplace (now + event.delay,
                         PendingEvent { .device = device,
                                        .description = slot->second.device,
                                        .controller = slot->second.controller,
-                                       .event = std::move (event) });
+                                       .event = event });
 
     triggerAsyncUpdate();
     return true;

@@ -49,10 +49,10 @@ juce::Image decodeBitmap (std::span<const std::uint8_t> bytes)
     if (stride > pixels.size() / height)
         return {};
 
-    const juce::Image image (bytesPerPixel == 3 ? juce::Image::RGB : juce::Image::ARGB,
-                             static_cast<int> (width),
-                             static_cast<int> (height),
-                             true);
+    juce::Image image (bytesPerPixel == 3 ? juce::Image::RGB : juce::Image::ARGB,
+                       static_cast<int> (width),
+                       static_cast<int> (height),
+                       true);
     const juce::Image::BitmapData target (image, juce::Image::BitmapData::writeOnly);
 
     for (std::uint64_t row = 0; row < height; ++row)
@@ -105,7 +105,7 @@ juce::Image ImageLoader::getImage (std::uint32_t index) const
 juce::Image ImageLoader::Load (std::span<const std::uint8_t> bytes)
 {
     // Straight from the bytes: the toolkit's image cache would keep a timer running.
-    const auto image = juce::ImageFileFormat::loadFrom (bytes.data(), bytes.size());
+    auto image = juce::ImageFileFormat::loadFrom (bytes.data(), bytes.size());
     return image.isValid() ? image : decodeBitmap (bytes);
 }
 

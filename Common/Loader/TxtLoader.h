@@ -61,7 +61,7 @@ public:
     void setLocale (std::uint32_t language);
 
     /** Reads one section of a resource into the elements of @p out, in order, as far as both go. */
-    static void Load (const EmbeddedFile& resource, FlgTable section, std::span<juce::String> out);
+    static void Load (const EmbeddedFile& file, FlgTable section, std::span<juce::String> out);
 
     /** The same for the texts of one language. */
     static void Load (std::uint32_t language, FlgTable section, std::span<juce::String> out);

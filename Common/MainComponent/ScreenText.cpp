@@ -67,7 +67,7 @@ juce::String formatted (const char* utf8Format, ...)
     if (length < 0)
         return {};
 
-    const auto text = juce::String::fromUTF8 (bytes, length);
+    auto text = juce::String::fromUTF8 (bytes, length);
     std::free (bytes); // NOLINT: vasprintf's own memory
     return text;
 }
