@@ -218,7 +218,7 @@ void VirtualController::completeBlock()
 {
     const auto& data = received[currentBlock];
 
-    expect (currentBlock <= blocks.size() && calcCRC16 (data) == blocks[currentBlock - 1U].crc16,
+    expect (currentBlock >= 1 && currentBlock <= blocks.size() && calcCRC16 (data) == blocks[currentBlock - 1U].crc16,
             "a block that does not fit its CRC-16");
     phase = Phase::betweenBlocks;
     note ("block " + std::to_string (currentBlock) + " received, " + std::to_string (data.size()) + " bytes");
@@ -228,7 +228,8 @@ void VirtualController::applyFaults (Reaction& reaction, RequestCode request)
 {
     for (const auto& fault : faults)
     {
-        if (! fault.concerns (requests) || reaction.events.empty())
+        // A controller that says nothing more has nothing to say wrongly.
+        if (! fault.concerns (requests) || reaction.events.empty() || reaction.events.back().report.empty())
             continue;
 
         auto& last = reaction.events.back();

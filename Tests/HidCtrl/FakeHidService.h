@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A HID service that is nothing but a list of devices and a note of what was asked of it.
+
+#pragma once
+
+#include "DeviceIds.h"
+#include "HidHandler.h"
+#include "HidService.h"
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace wqv
+{
+
+/** Unlike a system it does as the test says: a device may be told of as gone that is still listed, or the other way
+    round. */
+class FakeHidService final : public HidService
+{
+public:
+    /** The controller that the program seeks, as the system may show it. */
+    [[nodiscard]] static HidDevice controller (HidDeviceId id, std::uint64_t location = 1)
+    {
+        return { .id = id,
+                 .vendorId = kVendorId,
+                 .productId = HidDeviceType[1],
+                 .versionNumber = 0x0105,
+                 .location = location,
+                 .outputReportLength = 128 };
+    }
+
+    [[nodiscard]] std::vector<HidDevice> devices() override { return listed; }
+    void setListener (Listener* newListener) override { listener = newListener; }
+
+    [[nodiscard]] Opened open (HidDeviceId device, ReportBuffer& buffer) override
+    {
+        opened.push_back (device);
+        reportBuffer = &buffer;
+
+        if (const auto refused = refusals.find (device); refused != refusals.end())
+            return { .result = refused->second, .connection = nullptr };
+
+        return { .result = OpenResult::ok, .connection = std::make_shared<Connection> (*this, device) };
+    }
+
+    std::vector<HidDevice> listed;
+    std::map<HidDeviceId, OpenResult> refusals;              ///< what open() answers for these
+    std::function<void (HidDeviceId)> onSend = [] (auto) {}; ///< called where a connection writes
+
+    Listener* listener = nullptr;
+    ReportBuffer* reportBuffer = nullptr;
+    std::vector<HidDeviceId> opened; ///< in order
+    std::vector<HidDeviceId> closed; ///< by whichever thread held the last share
+
+private:
+    class Connection final : public HidConnection
+    {
+    public:
+        Connection (FakeHidService& serviceToUse, HidDeviceId deviceToUse)
+            : service (serviceToUse), device (deviceToUse)
+        {
+        }
+
+        ~Connection() override
+        {
+            const std::scoped_lock guard (service.closing);
+            service.closed.push_back (device);
+        }
+
+        void stopInput() override { service.reportBuffer = nullptr; }
+
+        bool send (std::span<const std::uint8_t>) override
+        {
+            service.onSend (device);
+            return true;
+        }
+
+    private:
+        FakeHidService& service;
+        HidDeviceId device;
+    };
+
+    std::mutex closing;
+};
+
+/** Writes down what it hears: m(atching), r(emoval), i(nput). */
+struct NotingHandler final : HidHandler
+{
+    void matchingCallBack() override { heard += 'm'; }
+    void removalCallBack() override { heard += 'r'; }
+    void inputCallBack() override { heard += 'i'; }
+
+    /** What was heard since the last call. */
+    [[nodiscard]] std::string news() { return std::exchange (heard, {}); }
+
+    std::string heard;
+};
+
+} // namespace wqv

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The toolkit's message loop, run by a test.
+
+#pragma once
+
+#include <juce_events/juce_events.h>
+
+#include <limits>
+
+namespace juce
+{
+
+/** The toolkit's own: dispatches what is pending, or waits for something to be; whether it dispatched anything. */
+bool dispatchNextMessageOnSystemQueue (bool returnIfNoPendingMessages);
+
+} // namespace juce
+
+namespace wqv
+{
+
+/** Makes the test's thread the message thread, which dispatches only when the test says so. The toolkit lives as long as
+    any of these objects. */
+class MessageLoop
+{
+public:
+    /** Dispatches until nothing is pending, but not more than @p rounds times. */
+    void drain (int rounds = std::numeric_limits<int>::max()) const
+    {
+        while (rounds-- > 0 && juce::dispatchNextMessageOnSystemQueue (true))
+        {
+        }
+    }
+
+    /** Dispatches, and waits for messages, until something is so. Each change of it is to be followed by a message. */
+    template <typename Condition>
+    void runUntil (Condition&& isSo) const
+    {
+        while (! isSo())
+            juce::dispatchNextMessageOnSystemQueue (false);
+    }
+
+private:
+    const juce::ScopedJuceInitialiser_GUI toolkit;
+};
+
+} // namespace wqv

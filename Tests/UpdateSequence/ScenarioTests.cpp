@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The conversation, case by case: what is sent, how long is waited, what comes of it.
+
+#include "Conversation.h"
+
+#include <gtest/gtest.h>
+
+#include <string_view>
+
+namespace wqv
+{
+namespace
+{
+
+using namespace std::chrono_literals;
+
+TEST (Scenarios, requestsLimitsAndResult)
+{
+    struct Scenario
+    {
+        std::string_view faults;
+        bool result;
+        std::string codes;
+        std::vector<int> limits {}; ///< seconds; empty: not looked at
+        ControllerPace pace {};
+        std::vector<int> sizes = sampleSizes;
+    };
+
+    using Seconds = std::vector<int>;
+    const std::string fifteen (15, '4');
+
+    // clang-format off
+    const Scenario scenarios[] {
+        { "", true, "401333131332", { 10, 10, 10, 180, 180, 180, 10, 180, 10, 180, 180, 10 } },
+
+        { "notYet@1-14",        true,  fifteen + "01333131332" },
+        { "notYet@1-15",        false, fifteen },
+        { "wrong@1-14:0xF8",    true,  fifteen + "01333131332" },
+        { "silent@1-15",        false, fifteen, Seconds (15, 10) },
+        { "late@1:10001",       true,  "4401333131332" },
+        { "refuse@1",           false, "4" },
+        { "notYet@1,refuse@2",  false, "44" },
+        { "unplug@1",           false, fifteen },
+        { "replug@1:5000",      true,  "44401333131332" },
+        { "replug@1,wrong@1:9", true,  "4401333131332" },
+        { "brief@1,notYet@1",   true,  "4401333131332" },
+        { "silent@1,wrong@1:9", true,  "4401333131332" },
+
+        { "wrong@2:0xF6",       false, "40" },
+        { "silent@2",           false, "40", { 10, 10 } },
+        { "late@2:9999",        true,  "401333131332" },
+        { "replug@2",           false, "40" },
+
+        { "wrong@3:0xF8",       true,  "401131332" },
+        { "wrong@9:0xF7",       true,  "4013331312" },
+        { "wrong@3:0",          false, "4012" },
+        { "silent@7",           false, "40133312" },
+        { "late@7:9999",        true,  "401333131332" },
+        { "late@7:10001",       false, "40133312" },
+        { "unplug@9",           false, "4013331312", { 10, 10, 10, 180, 180, 180, 10, 180, 10, 10 } },
+        { "hold@3",             false, "4012" },
+
+        { "late@4:179999",      true,  "401333131332" },
+        { "late@4:180001",      false, "40132" },
+        { "wrong@4:0xFB",       false, "40132" },
+        { "wrong@6:0xF9",       false, "4013332" },
+        { "wrong@6:0xFE",       true,  "401333131332" },
+        { "wrong@11:0xFB",      true,  "401333131332" },
+        { "silent@5",           false, "401332" },
+        { "busy@4:3",           true,  "40132", { 10, 10, 10, 180, 20, 20, 20, 10 }, { .write = 19999ms }, { 126 } },
+        { "busy@4:1",           false, "40132", { 10, 10, 10, 180, 20, 10 },         { .write = 20001ms } },
+        { "busy@5:9,wrong@5:0", false, "401332" },
+
+        { "wrong@12:0xF9",      false, "401333131332" },
+        { "silent@12",          false, "401333131332" },
+        { "late@12:9999",       true,  "401333131332" },
+        { "silent@13",          false, "4013331313322", {}, { .busyPolls = 2 } },
+        { "",                   true,  "401333131332" + std::string (200, '2'), {}, { .busyPolls = 200 } },
+
+        { "", false, "",       {}, {}, {} },
+        { "", false, "",       {}, {}, { 0, 0 } },
+        { "", true,  "402",    {}, {}, { -10, -20 } },
+        { "", true,  "401132", {}, {}, { 0, 5 } },
+        { "silent@4", false, "40112", {}, {}, { 0, 5 } },
+        { "", true,  "40132",  {}, {}, { 126 } },
+        { "", true,  "401332", {}, {}, { 127 } },
+    };
+    // clang-format on
+
+    for (const auto& [faults, result, codes, limits, pace, sizes] : scenarios)
+    {
+        SCOPED_TRACE (std::string (faults) + " -> " + codes);
+        const auto script = parseFaultScript (faults);
+        ASSERT_TRUE (script);
+
+        Conversation update (sizes, *script, pace);
+        EXPECT_EQ (update.run(), result);
+        EXPECT_EQ (update.link.codes(), codes);
+        EXPECT_EQ (update.controller.hostErrors(), std::vector<std::string> {});
+
+        Seconds waited;
+
+        for (const auto& wait : update.link.waits)
+            waited.push_back (static_cast<int> (wait.limit / 1s));
+
+        EXPECT_EQ (waited, limits.empty() ? waited : limits);
+
+        const std::vector pauseAfterEachPoll (result ? codes.size() - codes.find ('2') : 0, 100ms);
+        EXPECT_EQ (update.link.pauses, result ? pauseAfterEachPoll : update.link.pauses);
+    }
+}
+
+TEST (Scenarios, anAnswerFromBeforeCountsForUpdateModeAlone)
+{
+    struct Case
+    {
+        std::vector<std::uint8_t> before;
+        bool result;
+        std::string codes;
+    };
+
+    const Case cases[] { { { 0xF6, 1 }, true, "40132" },
+                         { { 0xF6, 2 }, false, "4" },
+                         { { 0xF6, 0 }, true, "440132" },
+                         { { 0xF8, 0 }, true, "440132" } };
+
+    for (const auto& [before, result, codes] : cases)
+    {
+        Conversation update ({ 5 }, { { .kind = Fault::Kind::silent, .first = 1, .last = 1 } });
+        update.link.mailbox.store (before, false);
+        EXPECT_EQ (update.run(), result);
+        EXPECT_EQ (update.link.codes(), codes);
+        EXPECT_EQ (update.link.now, 10s + (result ? 100ms : 0ms));
+    }
+}
+
+TEST (Scenarios, progressIsTheControllersOwnFigure)
+{
+    using Fractions = std::vector<double>;
+
+    Conversation update ({ 126, 126 }, *parseFaultScript ("busy@4:2"), { .write = 1ms, .busyPolls = 1 });
+    EXPECT_TRUE (update.run());
+    EXPECT_EQ (update.link.progress, (Fractions { 0, 0.5, 0.5, 0.5, 1.0, 1.0, 1.0 }));
+
+    // What no controller should say is shown as it is; what no step accepts is not shown.
+    Conversation beyond ({ 126 }, *parseFaultScript ("late@4:1000,wrong@4:0xF9"));
+    beyond.link.schedule ({ .delay = 500ms, .report = { 0xF7, 150 } });
+    EXPECT_FALSE (beyond.run());
+    EXPECT_EQ (beyond.link.progress, (Fractions { 0, 1.5, 1.0 }));
+
+    Conversation unfinished ({ 126 }, *parseFaultScript ("wrong@5:0xF6"));
+    EXPECT_FALSE (unfinished.run());
+    EXPECT_EQ (unfinished.link.progress, (Fractions { 0, 1.0 }));
+}
+
+TEST (Scenarios, signalsOfAutomaticUpdateMode)
+{
+    struct Case
+    {
+        int signals;
+        int gap;
+        bool result;
+        std::size_t waits;
+    };
+
+    for (const auto& [signals, gap, result, waits] :
+         std::vector<Case> { { 10, 999, true, 10 }, { 9, 999, false, 10 }, { 10, 1001, false, 1 } })
+    {
+        Conversation probe ({ 5 });
+
+        for (int i = 1; i <= signals; ++i)
+            probe.link.schedule ({ .delay = i * gap * 1ms, .report = { 0xF6, 0 } });
+
+        EXPECT_EQ (UpdateSequence (probe.link, probe.info, probe.blocks).isAutoUpdateModeSupported(), result);
+        EXPECT_EQ (probe.link.waits.size(), waits);
+        EXPECT_EQ (probe.link.codes(), "");
+    }
+}
+
+TEST (Scenarios, powers)
+{
+    EXPECT_EQ (beki (2, 10), 1024);
+    EXPECT_EQ (beki (-2, 3), -8);
+    EXPECT_EQ (beki (7, 0), 1);
+    EXPECT_EQ (beki (7, -1), 1);
+    EXPECT_EQ (beki (10, 10), 1410065408);
+    EXPECT_EQ (beki (2, 31), std::numeric_limits<std::int32_t>::min());
+}
+
+} // namespace
+} // namespace wqv
