@@ -39,7 +39,7 @@ public:
     ~UpdateWorker() override;
 
     /** Asks the update to end and returns when the thread has: at once, or when the system gives up a write that it
-        holds. Harmless when no update runs. Afterwards none can run. */
+        holds. Harmless when no update runs. The worker is not to be started again. */
     void stop();
 
     /** Posts "updating", runs the update, posts its outcome. */

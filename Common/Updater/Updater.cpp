@@ -73,7 +73,8 @@ void Updater::updateSequence (UpdaterStatus_t next)
     if (currentStatus != UPDATER_STATUS_START && (! packageIsValid || isFinal))
         return;
 
-    currentStatus = next;
+    // Whoever leaves an update has not waited for its outcome.
+    currentStatus = isLeaving && next == UPDATER_STATUS_COMPLETE ? UPDATER_STATUS_ERROR : next;
     listener.updaterChanged();
 }
 
@@ -145,7 +146,7 @@ void Updater::leaveFirstScreen()
 void Updater::startUpdate()
 {
     // A second press before "updating" is applied must not take away the first answer's signal.
-    if (engine->worker.isThreadRunning())
+    if (isLeaving || engine->worker.isThreadRunning())
         return;
 
     engine->mailbox.reset();
@@ -154,31 +155,33 @@ void Updater::startUpdate()
 
 void Updater::quitSequence()
 {
+    isLeaving = true;
     listener.updaterLeaving();
     engine->worker.stop();
     host.quit();
 }
 
-void Updater::removalCallBack()
+/** The controller went away or came back: the worker's business if there is one, else that of the screen. */
+void Updater::deviceChanged (std::int32_t version, UpdaterStatus_t requested)
 {
     applyWorkersRequest();
-    versionOfDevice = -1;
+    versionOfDevice = version;
 
-    if (currentStatus == UPDATER_STATUS_UPDATING)
+    // A worker that has not yet asked for "updating" is about to, and what it asks for must not be overwritten.
+    if (currentStatus == UPDATER_STATUS_UPDATING || engine->worker.isThreadRunning())
         engine->mailbox.interrupt();
     else
-        post (UPDATER_STATUS_NOT_CONNECTED);
+        post (requested);
+}
+
+void Updater::removalCallBack()
+{
+    deviceChanged (-1, UPDATER_STATUS_NOT_CONNECTED);
 }
 
 void Updater::matchingCallBack()
 {
-    applyWorkersRequest();
-    versionOfDevice = engine->hidCtrl.version();
-
-    if (currentStatus == UPDATER_STATUS_UPDATING)
-        engine->mailbox.interrupt();
-    else
-        post (UPDATER_STATUS_READY);
+    deviceChanged (engine->hidCtrl.version(), UPDATER_STATUS_READY);
 }
 
 void Updater::inputCallBack()

@@ -87,6 +87,7 @@ private:
     void startUpdate();
     void quitSequence();
 
+    void deviceChanged (std::int32_t version, UpdaterStatus_t requested);
     void removalCallBack();
     void matchingCallBack();
     void inputCallBack();
@@ -95,6 +96,7 @@ private:
     Listener& listener;
     UpdaterStatus_t currentStatus = UPDATER_STATUS_START;
     bool packageIsValid = false;
+    bool isLeaving = false;
     std::int32_t versionOfDevice = -1;
     std::atomic<double> progressOfUpdate { 0.0 };
 

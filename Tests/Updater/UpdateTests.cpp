@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Updates from the start button to the last screen, on two threads.
+
+#include "UpdaterFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace wqv
+{
+
+namespace
+{
+
+void expectReceived (const UpdaterFixture& fixture, const PackageDescription& package)
+{
+    std::map<std::uint8_t, std::vector<std::uint8_t>> enabled;
+
+    for (std::size_t i = 0; i < package.blocks.size(); ++i)
+        if (package.blocks[i].enabled)
+            enabled[static_cast<std::uint8_t> (i + 1)] = package.blocks[i].data;
+
+    EXPECT_EQ (fixture.controller.receivedBlocks(), enabled);
+    EXPECT_EQ (fixture.controller.hostErrors(), std::vector<std::string> {});
+}
+
+TEST (Update, isCompleteHoweverOftenStartIsPressed)
+{
+    const MessageLoop keepsTheToolkit;
+
+    for (const auto presses : { 1, 3 })
+    {
+        UpdaterFixture fixture;
+        fixture.reach (UPDATER_STATUS_READY);
+
+        for (int i = 0; i < presses; ++i)
+            fixture.pressOk();
+
+        fixture.runUntil (UPDATER_STATUS_COMPLETE);
+
+        EXPECT_EQ (fixture.requests.codes(), smallUpdate);
+        EXPECT_EQ (fixture.updater->progress(), 1.0);
+        EXPECT_EQ (fixture.quits, 0);
+        expectReceived (fixture, smallPackage());
+    }
+}
+
+TEST (Update, noFirstAnswerIsLost)
+{
+    const MessageLoop keepsTheToolkit;
+
+    for (int i = 0; i < 200; ++i)
+    {
+        const auto isBeforeTheLoop = i % 2 != 0;
+        UpdaterFixture fixture (isBeforeTheLoop ? "silent@1-2" : "silent@2");
+        fixture.reach (UPDATER_STATUS_READY);
+        fixture.pressOk();
+        fixture.pressOk();
+
+        // The worker asks for "updating" before it sends. An answer may outrun that on its way through the loop.
+        if (isBeforeTheLoop)
+        {
+            ASSERT_TRUE (fixture.requests.waitForFirst());
+            fixture.pressOk();
+            fixture.deliver ({ 0xF6, 1 });
+            ASSERT_EQ (fixture.updater->status(), UPDATER_STATUS_UPDATING);
+        }
+
+        fixture.runUntilSent (2);
+        ASSERT_EQ (fixture.quits, 0);
+        ASSERT_EQ (fixture.requests.codes(), (std::vector { 0xF4, 0xF0 }));
+    }
+}
+
+TEST (Update, survivesThousandsOfBursts)
+{
+    PackageDescription package { .version = 105, .blocks = {} };
+    package.blocks.push_back ({ .id = 1, .data = std::vector<std::uint8_t> (3000 * pieceSize + 1, 0x5A) });
+
+    UpdaterFixture fixture ("burst@4-3004:3", writePackage (package));
+    fixture.reach (UPDATER_STATUS_COMPLETE);
+
+    EXPECT_EQ (fixture.requests.codes().size(), 3 + 3001 + 1U);
+    expectReceived (fixture, package);
+}
+
+TEST (Update, aControllerThatCameBackIsOnlyCompleteFromTheBeginning)
+{
+    const MessageLoop keepsTheToolkit;
+
+    for (std::size_t request = 1; request <= smallUpdate.size(); ++request)
+        UpdaterFixture ("replug@" + std::to_string (request))
+            .reach (request == 1 ? UPDATER_STATUS_COMPLETE : UPDATER_STATUS_ERROR);
+}
+
+TEST (Update, anUnplugCannotOverwriteItsStart)
+{
+    const MessageLoop keepsTheToolkit;
+
+    for (int i = 0; i < 400; ++i)
+    {
+        UpdaterFixture fixture ("silent@2-99");
+        fixture.reach (UPDATER_STATUS_READY);
+        fixture.shown.clear();
+
+        fixture.pressOk();
+        fixture.loop.drain (i % 4);
+        fixture.unplug();
+        fixture.runUntil (UPDATER_STATUS_UPDATING);
+        fixture.loop.drain();
+
+        // A controller that had been quick enough to enter update mode fails the update; a screen without one comes never.
+        ASSERT_EQ (fixture.shown.front(), UPDATER_STATUS_UPDATING);
+        ASSERT_EQ (std::ranges::count (fixture.shown, UPDATER_STATUS_NOT_CONNECTED), 0);
+    }
+}
+
+TEST (Update, reportsAndPlugsWakeTheWorker)
+{
+    UpdaterFixture fixture ("silent@1-2");
+    fixture.reach (UPDATER_STATUS_UPDATING);
+
+    fixture.deliver ({ 0x01 });
+    fixture.runUntilSent (2);
+    fixture.unplug();
+    fixture.plugIn();
+    fixture.runUntil (UPDATER_STATUS_COMPLETE);
+    expectReceived (fixture, smallPackage());
+}
+
+} // namespace
+} // namespace wqv
