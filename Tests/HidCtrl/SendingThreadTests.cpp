@@ -68,7 +68,7 @@ TEST_F (SendingThread, aWriteInProgressKeepsItsOwnConnection)
 
 TEST_F (SendingThread, aRequestNeverOverwritesARemoval)
 {
-    constexpr HidDeviceId rounds = 5000;
+    constexpr HidDeviceId rounds = 1000;
     std::atomic isOver { false };
     int undone = 0;
 

@@ -5,6 +5,7 @@
 
 #include "UpdatePackage.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdlib>
@@ -12,7 +13,6 @@
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <termios.h>
-#include <tuple>
 #include <unistd.h>
 #include <utility>
 
@@ -24,7 +24,7 @@ namespace
 constexpr std::size_t reportsKept = 63;
 constexpr auto generationKey = "generation";
 
-/** Everything that the made-up system cannot do without. */
+/** For what the made-up system cannot do without. */
 void require (bool condition, const char* what)
 {
     if (! condition)
@@ -39,9 +39,9 @@ MockController::MockController (TestBed& bedToUse, UsbHid descriptionToUse, Faul
       description (std::move (descriptionToUse)),
       handlers (umockdev_ioctl_base_new())
 {
-    connectSignal ("client-connected", G_CALLBACK (clientConnected));
-    connectSignal ("handle-read", G_CALLBACK (read));
-    connectSignal ("handle-write", G_CALLBACK (write));
+    g_signal_connect (handlers.get(), "client-connected", G_CALLBACK (clientConnected), this);
+    g_signal_connect (handlers.get(), "handle-read", G_CALLBACK (read), this);
+    g_signal_connect (handlers.get(), "handle-write", G_CALLBACK (write), this);
 
     // Once, not with every plug: a program that still has an old descriptor is still served.
     require (umockdev_testbed_attach_ioctl (
@@ -59,17 +59,11 @@ MockController::~MockController()
     g_signal_handlers_disconnect_by_data (handlers.get(), this);
 }
 
-void MockController::connectSignal (const char* name, GCallback callback)
-{
-    g_signal_connect (handlers.get(), name, callback, this);
-}
-
 void MockController::plugIn()
 {
     const std::scoped_lock guard (lock);
     controller.happens ({ .kind = VirtualController::Event::Kind::plugIn });
-    makeNode();
-    makeDevice();
+    attach();
 }
 
 void MockController::unplug()
@@ -91,7 +85,7 @@ void MockController::remove()
     bed.remove (description.node);
 }
 
-void MockController::setMode (mode_t mode)
+void MockController::setMode (mode_t mode) const
 {
     require (fchmod (nodesEnd, mode) == 0, "permissions of the node");
 }
@@ -143,8 +137,9 @@ void MockController::endNode()
             close (descriptor);
 }
 
-void MockController::makeDevice()
+void MockController::attach()
 {
+    makeNode();
     description.versionNumber = controller.versionNumber();
     bed.add (description);
 }
@@ -227,15 +222,11 @@ int MockController::take (std::span<const std::uint8_t> bytes)
         switch (event.kind)
         {
             case VirtualController::Event::Kind::report: enqueue (event.report); break;
+            case VirtualController::Event::Kind::plugIn: attach(); break;
 
             case VirtualController::Event::Kind::unplug:
                 endNode();
                 remove();
-                break;
-
-            case VirtualController::Event::Kind::plugIn:
-                makeNode();
-                makeDevice();
                 break;
         }
     }

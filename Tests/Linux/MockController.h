@@ -46,7 +46,7 @@ public:
     void remove();
 
     /** Sets who may use the node, while it is plugged in. */
-    void setMode (mode_t mode);
+    void setMode (mode_t mode) const;
 
     /** Sends input reports of the controller's own accord. */
     void send (std::span<const std::vector<std::uint8_t>> reports);
@@ -58,7 +58,6 @@ public:
     VirtualController controller; ///< not to be looked at while the program is sending
 
 private:
-    void connectSignal (const char* name, GCallback callback);
     static void clientConnected (UMockdevIoctlBase* base, UMockdevIoctlClient* client, MockController* self);
     static gboolean read (UMockdevIoctlBase* base, UMockdevIoctlClient* client, MockController* self);
     static gboolean write (UMockdevIoctlBase* base, UMockdevIoctlClient* client, MockController* self);
@@ -67,7 +66,7 @@ private:
     [[nodiscard]] int take (std::span<const std::uint8_t> bytes);
     void makeNode();
     void endNode();
-    void makeDevice();
+    void attach();
     void enqueue (const std::vector<std::uint8_t>& report);
     void awaitConnections() const;
 

@@ -5,9 +5,7 @@
 
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <dlfcn.h>
-#include <ranges>
 #include <string_view>
 #include <unistd.h>
 
@@ -53,16 +51,18 @@ std::vector<std::uint8_t> controllersReportDescriptor()
 
 void TestBed::enter (char* const* arguments)
 {
-    const auto* const loaded = std::getenv ("LD_PRELOAD");
+    const auto* const loaded = g_getenv ("LD_PRELOAD");
 
     // Once: an emulation that is not installed is not loaded the second time either.
     if (loaded != nullptr && std::string_view (loaded) == emulation)
         return;
 
     // The address sanitizer wants to be loaded first, but gets on without.
-    const auto* const options = std::getenv ("ASAN_OPTIONS");
-    setenv ("ASAN_OPTIONS", (std::string (options != nullptr ? options : "") + ":verify_asan_link_order=0").c_str(), 1);
-    setenv ("LD_PRELOAD", emulation, 1);
+    const auto* const options = g_getenv ("ASAN_OPTIONS");
+    const auto newOptions = std::string (options != nullptr ? options : "") + ":verify_asan_link_order=0";
+
+    g_setenv ("ASAN_OPTIONS", newOptions.c_str(), TRUE);
+    g_setenv ("LD_PRELOAD", emulation, TRUE);
     execv ("/proc/self/exe", arguments);
 }
 
@@ -77,7 +77,7 @@ std::string TestBed::environment()
     std::string variables;
 
     for (const auto* const name : { "UMOCKDEV_DIR", "LD_PRELOAD", "ASAN_OPTIONS" })
-        if (const auto* const value = std::getenv (name))
+        if (const auto* const value = g_getenv (name))
             variables += std::string (variables.empty() ? "" : " ") + name + "=" + value;
 
     return variables;
@@ -142,13 +142,11 @@ void TestBed::remove (int node)
     // As in the kernel, a list of devices has it no more when its removal is told.
     std::filesystem::remove (folder() / "sys/class/hidraw" / std::filesystem::path (pathOf (node)).filename());
 
-    for (const auto& path : paths[node] | std::views::reverse)
+    for (auto& made = paths[node]; ! made.empty(); made.pop_back())
     {
-        umockdev_testbed_uevent (handle(), path.c_str(), "remove");
-        umockdev_testbed_remove_device (handle(), path.c_str());
+        umockdev_testbed_uevent (handle(), made.back().c_str(), "remove");
+        umockdev_testbed_remove_device (handle(), made.back().c_str());
     }
-
-    paths.erase (node);
 }
 
 void TestBed::tell (int node, const char* action)

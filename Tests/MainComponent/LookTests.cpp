@@ -18,7 +18,7 @@ namespace
 class Looks : public testing::Test
 {
 protected:
-    const MessageLoop loop;
+    MessageLoop loop;
 };
 
 template <typename Painter>

@@ -203,7 +203,7 @@ const std::vector<Screen> screens {
 
 TEST (Screens, textsControlsAndPicture)
 {
-    const MessageLoop keepsTheToolkit;
+    MessageLoop keepsTheToolkit;
 
     for (const auto& screen : screens)
     {
@@ -235,7 +235,7 @@ const juce::PositionedGlyph& glyphAt (const Glyphs& glyphs, float y)
 
 TEST (Screens, linesThatTheLanguageMoves)
 {
-    const MessageLoop loop;
+    MessageLoop loop;
     auto& texts = *TxtLoader::getInstance();
 
     for (std::uint32_t language = 0; language < languageCount; ++language)
@@ -271,7 +271,7 @@ TEST (Screens, linesThatTheLanguageMoves)
 
 TEST (Screens, versionsAndFormats)
 {
-    const MessageLoop loop;
+    MessageLoop loop;
     ScreenText text (420, 170);
     text.layOut ({ UPDATER_STATUS_READY, true, -1, 1000 });
     juce::String all;
@@ -312,6 +312,7 @@ TEST (Panel, windowTitleAndLanguages)
     PanelFixture fixture;
     juce::Component window ("before");
     fixture.open();
+    window.setVisible (true);
     window.addAndMakeVisible (*fixture.panel);
     EXPECT_EQ (window.getName(), "before");
 

@@ -55,7 +55,7 @@ void UpdaterSurroundings::deliver (std::vector<std::uint8_t> report)
     service.deliver (device, report);
 }
 
-void UpdaterSurroundings::runUntilSent (std::size_t count)
+void UpdaterSurroundings::runUntilSent (std::size_t count) const
 {
     loop.runUntil ([&] { return requests.codes().size() >= count; });
 }

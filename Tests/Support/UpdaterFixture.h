@@ -39,7 +39,7 @@ public:
     void plugIn();
     void unplug();
     void deliver (std::vector<std::uint8_t> report);
-    void runUntilSent (std::size_t count);
+    void runUntilSent (std::size_t count) const;
 
     MessageLoop loop;
     TemporaryFolder folder;

@@ -44,7 +44,7 @@ void end (UpdaterFixture& fixture, Way way)
 
 TEST (Leaving, whileTheWorkerWaitsForTheAnswerToAnyRequest)
 {
-    const MessageLoop keepsTheToolkit;
+    MessageLoop keepsTheToolkit;
 
     for (std::size_t request = 1; request <= smallUpdate.size(); ++request)
     {
@@ -70,7 +70,7 @@ TEST (Leaving, whileTheWorkerWaitsForTheAnswerToAnyRequest)
 
 TEST (Leaving, afterAnyNumberOfMessages)
 {
-    const MessageLoop keepsTheToolkit;
+    MessageLoop keepsTheToolkit;
 
     for (int i = 0; i < 300; ++i)
     {

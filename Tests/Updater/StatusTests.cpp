@@ -140,7 +140,7 @@ void check (const Situation& situation)
 
 TEST (Status, everyEventInEveryStatus)
 {
-    const MessageLoop keepsTheToolkit;
+    MessageLoop keepsTheToolkit;
 
     for (int from = UPDATER_STATUS_START; from <= UPDATER_STATUS_ERROR; ++from)
         for (const auto hasPackage : { true, false })
@@ -198,7 +198,7 @@ TEST (Status, whoeverIsToldHoldsNothingUp)
 
 TEST (Status, badPackagesOpenNothing)
 {
-    const MessageLoop keepsTheToolkit;
+    MessageLoop keepsTheToolkit;
     auto damaged = writePackage (smallPackage());
     damaged.at (100) ^= 1;
 

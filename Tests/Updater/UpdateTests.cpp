@@ -27,7 +27,7 @@ void expectReceived (const UpdaterFixture& fixture, const PackageDescription& pa
 
 TEST (Update, isCompleteHoweverOftenStartIsPressed)
 {
-    const MessageLoop keepsTheToolkit;
+    MessageLoop keepsTheToolkit;
 
     for (const auto presses : { 1, 3 })
     {
@@ -48,7 +48,7 @@ TEST (Update, isCompleteHoweverOftenStartIsPressed)
 
 TEST (Update, noFirstAnswerIsLost)
 {
-    const MessageLoop keepsTheToolkit;
+    MessageLoop keepsTheToolkit;
 
     for (int i = 0; i < 200; ++i)
     {
@@ -87,7 +87,7 @@ TEST (Update, survivesThousandsOfBursts)
 
 TEST (Update, aControllerThatCameBackIsOnlyCompleteFromTheBeginning)
 {
-    const MessageLoop keepsTheToolkit;
+    MessageLoop keepsTheToolkit;
 
     for (std::size_t request = 1; request <= smallUpdate.size(); ++request)
         UpdaterFixture ("replug@" + std::to_string (request))
@@ -96,7 +96,7 @@ TEST (Update, aControllerThatCameBackIsOnlyCompleteFromTheBeginning)
 
 TEST (Update, anUnplugCannotOverwriteItsStart)
 {
-    const MessageLoop keepsTheToolkit;
+    MessageLoop keepsTheToolkit;
 
     for (int i = 0; i < 400; ++i)
     {
