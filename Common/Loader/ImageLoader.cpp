@@ -93,8 +93,8 @@ void ImageLoader::releaseInstance()
 
 ImageLoader::ImageLoader()
 {
-    if (const auto& file = imageList[0]; file.pointer != nullptr)
-        m_image = Load ({ *file.pointer, static_cast<std::size_t> (*file.length) });
+    const auto& file = imageList[0];
+    m_image = Load ({ *file.pointer, static_cast<std::size_t> (*file.length) });
 }
 
 juce::Image ImageLoader::getImage (std::uint32_t index) const

@@ -90,7 +90,7 @@ void TxtLoader::setLocale (std::uint32_t language)
 
 void TxtLoader::Load (const EmbeddedFile& file, FlgTable section, std::span<juce::String> out)
 {
-    if (file.pointer == nullptr || *file.length < 0)
+    if (*file.length < 0)
         return;
 
     const std::string_view bytes (reinterpret_cast<const char*> (*file.pointer),
@@ -113,15 +113,18 @@ void TxtLoader::Load (std::uint32_t language, FlgTable section, std::span<juce::
         Load (textList[language], section, out);
 }
 
-/** Sets which languages can be offered, and finds the one to start with: the first preferred language that begins with
-    a code counts. English, if none does. */
+/** Sets which languages are offered, all of them, and finds the one to start with: the first preferred language that
+    begins with a code counts. English, if none does. An identifier of 16 characters or more is none that a code fits. */
 std::uint32_t TxtLoader::chkLocale (std::span<const std::string> preferred)
 {
-    std::ranges::transform (textList, m_langEnable.begin(), [] (const auto& file) { return file.pointer != nullptr; });
+    constexpr std::size_t longestIdentifier = 15;
+
+    m_langEnable.fill (true);
 
     for (const auto& identifier : preferred)
         for (std::uint32_t language = 0; language < langList.size(); ++language)
-            if (m_langEnable[language] && juce::String (identifier).startsWithIgnoreCase (langList[language]))
+            if (identifier.size() <= longestIdentifier
+                && juce::String (identifier).startsWithIgnoreCase (langList[language]))
                 return language;
 
     return 0;

@@ -50,7 +50,7 @@ public:
     /** A language's name for itself; empty for an index that there is not. */
     [[nodiscard]] const juce::String& getLang (std::uint32_t language) const;
 
-    /** Whether a language can be offered: the program has its texts. */
+    /** Whether a language is offered. */
     [[nodiscard]] bool isEnabled (std::uint32_t language) const;
 
     /** The index of the current language. */

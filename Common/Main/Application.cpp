@@ -5,6 +5,7 @@
 
 #include "ExecutableFile.h"
 #include "MainWindow.h"
+#include "PreferredLanguages.h"
 #include "UpdatePackage.h"
 
 #include <iostream>
@@ -34,7 +35,8 @@ void Application::initialise (const juce::String& /*commandLine*/)
         std::make_unique<MainWindow> (getApplicationName(),
                                       Updater::Host { .hidService = *hidService,
                                                       .package = getExecutableFile().parent_path() / packageFileName,
-                                                      .quit = [this] { systemRequestedQuit(); } });
+                                                      .quit = [this] { systemRequestedQuit(); } },
+                                      preferredLanguages());
 }
 
 void Application::shutdown()

@@ -9,9 +9,10 @@
 namespace wqv
 {
 
-MainWindow::MainWindow (const juce::String& name, Updater::Host host) : ResizableWindow (name, true)
+MainWindow::MainWindow (const juce::String& name, Updater::Host host, std::span<const std::string> preferredLanguages)
+    : ResizableWindow (name, true)
 {
-    setContentOwned (std::make_unique<MainComponent> (std::move (host)).release(), true);
+    setContentOwned (std::make_unique<MainComponent> (std::move (host), preferredLanguages).release(), true);
     centreWithSize (getWidth(), getHeight());
     setAlwaysOnTop (true);
     setVisible (true);

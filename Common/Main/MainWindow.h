@@ -7,6 +7,9 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
+#include <span>
+#include <string>
+
 namespace wqv
 {
 
@@ -15,7 +18,7 @@ class MainWindow final : public juce::ResizableWindow
 {
 public:
     /** Shows the window, centred; its client area is as large as the panel. */
-    MainWindow (const juce::String& name, Updater::Host host);
+    MainWindow (const juce::String& name, Updater::Host host, std::span<const std::string> preferredLanguages);
 
     /** Takes the window off the screen at once, whatever keeps the message thread afterwards. */
     void disappear();

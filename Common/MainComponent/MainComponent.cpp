@@ -26,9 +26,12 @@ int itemIdOf (std::uint32_t language)
 
 } // namespace
 
-MainComponent::Resources::Resources()
+MainComponent::Resources::Resources (std::span<const std::string> preferredLanguages)
 {
-    TxtLoader::createInstance();
+    EmbeddedTypefaces::skipFontsOfTheMachine();
+    juce::LookAndFeel::setDefaultLookAndFeel (&defaultLook);
+
+    TxtLoader::createInstance (preferredLanguages);
     ImageLoader::createInstance();
 }
 
@@ -36,9 +39,12 @@ MainComponent::Resources::~Resources()
 {
     ImageLoader::releaseInstance();
     TxtLoader::releaseInstance();
+
+    juce::LookAndFeel::setDefaultLookAndFeel (nullptr);
 }
 
-MainComponent::MainComponent (Updater::Host host) : updater (std::move (host), *this)
+MainComponent::MainComponent (Updater::Host host, std::span<const std::string> preferredLanguages)
+    : resources (preferredLanguages), updater (std::move (host), *this)
 {
     addAndMakeVisible (langs);
     langs.setLookAndFeel (&langLookAndFeel);

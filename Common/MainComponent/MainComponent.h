@@ -5,11 +5,15 @@
 
 #include "AlineButton.h"
 #include "LangLookAndFeel.h"
+#include "ProgramLookAndFeel.h"
 #include "ProgressLookAndFeel.h"
 #include "ScreenText.h"
 #include "Updater.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>
+
+#include <span>
+#include <string>
 
 namespace wqv
 {
@@ -27,9 +31,13 @@ public:
     static constexpr int panelWidth = 420;
     static constexpr int panelHeight = 170;
 
-    /** Builds the panel, and the updater with what it is given: the package is loaded and the controller looked for. */
-    explicit MainComponent (Updater::Host host);
+    /** Builds the panel, and the updater with what it is given: the package is loaded and the controller looked for.
+        @param preferredLanguages  decide the language to start with; see TxtLoader::createInstance */
+    explicit MainComponent (Updater::Host host, std::span<const std::string> preferredLanguages = {});
     ~MainComponent() override;
+
+    /** The status whose screen is shown. */
+    [[nodiscard]] UpdaterStatus_t status() const { return updater.status(); }
 
     /** The text of the screen that is shown. */
     [[nodiscard]] const ScreenText& getText() const { return text; }
@@ -50,14 +58,16 @@ private:
     void updateButtons();
     [[nodiscard]] bool showsWarning() const;
 
-    /** Holds the texts and pictures while the panel lives. */
+    /** Holds texts, pictures and typefaces while the panel lives. */
     struct Resources
     {
-        Resources();
+        explicit Resources (std::span<const std::string> preferredLanguages);
         ~Resources();
+
+        ProgramLookAndFeel defaultLook;
     };
 
-    const Resources resources;
+    Resources resources;
     ScreenText text { panelWidth, panelHeight };
 
     // Looks come before the controls that use them.

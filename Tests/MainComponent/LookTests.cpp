@@ -2,6 +2,7 @@
 // The looks, painted into images.
 
 #include "AlineButton.h"
+#include "DefaultLook.h"
 #include "LangLookAndFeel.h"
 #include "MessageLoop.h"
 #include "ProgressLookAndFeel.h"
@@ -19,6 +20,7 @@ class Looks : public testing::Test
 {
 protected:
     MessageLoop loop;
+    DefaultLook defaultLook;
 };
 
 template <typename Painter>

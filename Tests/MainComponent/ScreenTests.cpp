@@ -1,72 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What each screen of the panel shows, and where.
 
+#include "DefaultLook.h"
 #include "ImageLoader.h"
-#include "MainComponent.h"
+#include "PanelFixture.h"
 #include "TxtLoader.h"
-#include "UpdaterFixture.h"
 
 #include <gtest/gtest.h>
-
-#include <optional>
 
 namespace wqv
 {
 
 namespace
 {
-
-/** The panel, off any screen, and what its updater needs. */
-class PanelFixture : public UpdaterSurroundings
-{
-public:
-    using UpdaterSurroundings::UpdaterSurroundings;
-
-    void open() { panel.emplace (host()); }
-
-    template <typename Control>
-    [[nodiscard]] Control& find (const juce::String& name = {})
-    {
-        for (auto* const child : panel->getChildren())
-            if (auto* const control = dynamic_cast<Control*> (child); control != nullptr && child->getName() == name)
-                return *control;
-
-        throw std::runtime_error ("no control " + name.toStdString());
-    }
-
-    void press (const juce::String& name)
-    {
-        find<AlineButton> (name).triggerClick();
-        loop.drain();
-    }
-
-    /** The visible controls: name, bounds, caption. */
-    [[nodiscard]] std::vector<std::string> controls() const
-    {
-        std::vector<std::string> list;
-
-        for (auto* const child : panel->getChildren())
-        {
-            const auto* const button = dynamic_cast<juce::Button*> (child);
-            const auto caption = button != nullptr ? " " + button->getButtonText() : juce::String();
-
-            if (child->isVisible())
-                list.push_back ((child->getName() + " " + child->getBounds().toString() + caption).toStdString());
-        }
-
-        return list;
-    }
-
-    [[nodiscard]] juce::Image picture()
-    {
-        juce::Image image (juce::Image::RGB, panel->getWidth(), panel->getHeight(), true);
-        juce::Graphics g (image);
-        panel->paintEntireComponent (g, true);
-        return image;
-    }
-
-    std::optional<MainComponent> panel;
-};
 
 using Glyphs = std::vector<juce::PositionedGlyph>;
 
@@ -236,6 +182,7 @@ const juce::PositionedGlyph& glyphAt (const Glyphs& glyphs, float y)
 TEST (Screens, linesThatTheLanguageMoves)
 {
     MessageLoop loop;
+    DefaultLook defaultLook;
     auto& texts = *TxtLoader::getInstance();
 
     for (std::uint32_t language = 0; language < languageCount; ++language)
@@ -272,6 +219,7 @@ TEST (Screens, linesThatTheLanguageMoves)
 TEST (Screens, versionsAndFormats)
 {
     MessageLoop loop;
+    DefaultLook defaultLook;
     ScreenText text (420, 170);
     text.layOut ({ UPDATER_STATUS_READY, true, -1, 1000 });
     juce::String all;

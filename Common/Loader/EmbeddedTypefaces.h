@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The typefaces that are embedded in the program.
+
+#pragma once
+
+#include "Binary.h"
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include <array>
+
+namespace wqv
+{
+
+/** Finds the embedded typefaces by the names in language.txt. No font file of the machine is read, so the program looks
+    the same on every machine. Message thread only. */
+class EmbeddedTypefaces
+{
+public:
+    /** Keeps the toolkit from opening every font file of the machine, which can take seconds. To be called before it
+        draws or measures any text. */
+    static void skipFontsOfTheMachine();
+
+    /** The typeface for a font: of its family if that is an embedded one, else of the Latin one; bold or regular. A
+        character that it lacks comes from the fall-back font. */
+    [[nodiscard]] juce::Typeface::Ptr find (const juce::Font& font);
+
+private:
+    struct Family
+    {
+        juce::Typeface::Ptr regular;
+        juce::Typeface::Ptr bold;
+    };
+
+    /** Made when they are first asked for: most runs need two of them. */
+    std::array<Family, familyCount> families;
+};
+
+} // namespace wqv
