@@ -54,7 +54,7 @@ private:
 void EmbeddedTypefaces::skipFontsOfTheMachine()
 {
     // A folder that has no fonts.
-    setenv ("JUCE_FONT_PATH", "/dev/null", 1);
+    setenv ("JUCE_FONT_PATH", "/dev/null", 1); // NOLINT (concurrency-mt-unsafe): no other thread reads it yet
 }
 
 juce::Typeface::Ptr EmbeddedTypefaces::find (const juce::Font& font)
