@@ -20,7 +20,7 @@ namespace
 
 constexpr const char* ruleFile = "70-wqv-krv20.rules";
 
-// A node's permissions come shortly after it: for two seconds it is tried again.
+// A node and its permissions come shortly after the news of it: for two seconds it is tried again.
 constexpr int millisecondsBetweenAttempts = 100;
 constexpr int attemptsAfterAttach = 20;
 
@@ -99,18 +99,16 @@ HidService::Opened LinuxHidService::open (HidDeviceId device, ReportBuffer& buff
         return { .result = OpenResult::gone, .connection = nullptr };
 
     const auto descriptor = ::open (node->path.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK);
-    node->isDenied = descriptor < 0 && (errno == EACCES || errno == EPERM);
+    node->isClosed = descriptor < 0;
+    node->isDenied = node->isClosed && (errno == EACCES || errno == EPERM);
 
-    if (node->isDenied)
+    if (node->isClosed)
     {
         if (node->attemptsLeft > 0)
             startTimer (millisecondsBetweenAttempts);
 
-        return { .result = OpenResult::denied, .connection = nullptr };
+        return { .result = node->isDenied ? OpenResult::denied : OpenResult::gone, .connection = nullptr };
     }
-
-    if (descriptor < 0)
-        return { .result = OpenResult::gone, .connection = nullptr };
 
     const auto connection = std::make_shared<HidrawConnection> (descriptor);
 
@@ -151,10 +149,10 @@ void LinuxHidService::handleMonitor()
         {
             nodeAppeared (*device);
         }
-        else if (known->second.isDenied)
+        else if (known->second.isClosed)
         {
             // The rule may have been installed meanwhile.
-            tryDeniedNode (known->second.device.id);
+            tryClosedNode (known->second.device.id);
         }
     }
 }
@@ -191,7 +189,7 @@ void LinuxHidService::nodeGone (HidDeviceId device)
 }
 
 /** To the listener a device that has become accessible is one that was just attached. */
-void LinuxHidService::tryDeniedNode (HidDeviceId device)
+void LinuxHidService::tryClosedNode (HidDeviceId device)
 {
     if (const auto* const node = find (device); node != nullptr && listener != nullptr)
         listener->deviceAttached (HidDevice (node->device));
@@ -201,26 +199,26 @@ void LinuxHidService::timerCallback()
 {
     stopTimer();
 
-    std::vector<HidDeviceId> denied;
+    std::vector<HidDeviceId> closed;
 
     for (auto& [path, node] : nodes)
     {
-        if (! node.isDenied || node.isGone || node.complaintMade)
+        if (! node.isClosed || node.isGone || node.attemptsLeft == 0)
             continue;
 
         if (--node.attemptsLeft > 0)
         {
-            denied.push_back (node.device.id);
+            closed.push_back (node.device.id);
             continue;
         }
 
-        node.complaintMade = true;
-        std::cerr << "WQVUpdateProgram: permission denied for " << node.path << ": is the udev rule file " << ruleFile
-                  << " installed?\n";
+        if (node.isDenied)
+            std::cerr << "WQVUpdateProgram: permission denied for " << node.path << ": is the udev rule file "
+                      << ruleFile << " installed?\n";
     }
 
-    for (const auto device : denied)
-        tryDeniedNode (device);
+    for (const auto device : closed)
+        tryClosedNode (device);
 }
 
 /** The node of a device that has not gone. */

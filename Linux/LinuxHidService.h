@@ -31,11 +31,11 @@ private:
     struct Node
     {
         HidDevice device;
-        std::string path;           ///< of the node, as in /dev/hidraw0
-        bool isGone = false;        ///< it has hung up, and udev is yet to say that it was removed
-        bool isDenied = false;      ///< its last open was
-        bool complaintMade = false; ///< the user has been told that it is denied
-        int attemptsLeft = 0;       ///< to open it while its permissions may still be on their way
+        std::string path;      ///< of the node, as in /dev/hidraw0
+        bool isGone = false;   ///< it has hung up, and udev is yet to say that it was removed
+        bool isClosed = false; ///< its last open failed
+        bool isDenied = false; ///< its last open was refused for want of permission
+        int attemptsLeft = 0;  ///< to open it while it, or its permissions, may still be on their way
     };
 
     /** By system path: at a removal the device's parents are gone already. */
@@ -44,7 +44,7 @@ private:
     void handleMonitor();
     void nodeAppeared (udev_device& hidraw);
     void nodeGone (HidDeviceId device);
-    void tryDeniedNode (HidDeviceId device);
+    void tryClosedNode (HidDeviceId device);
     void timerCallback() override;
     [[nodiscard]] Node* find (HidDeviceId device);
 

@@ -49,6 +49,11 @@ bool HidUtil::deviceMatching()
     if (m_pinstance != this)
         return false;
 
+    // Only for a search: a service tells of each new device by the list or by a callback, so a list that nobody searches
+    // would hide it.
+    if (! m_device && m_leaving != 0)
+        rebuildDeviceList (std::exchange (m_leaving, 0));
+
     const auto found =
         m_device.has_value() || std::ranges::any_of (m_devices, [this] (const auto& d) { return checkID (d); });
 
@@ -118,7 +123,7 @@ void HidUtil::deviceRemoved (HidDeviceId device)
         return;
 
     deviceRemoval();
-    rebuildDeviceList (device);
+    m_leaving = device;
     m_handler->removalCallBack();
 }
 

@@ -76,6 +76,7 @@ private:
     HidHandler* m_handler = nullptr;
     std::int32_t m_mode = 0;
     std::vector<HidDevice> m_devices;
+    HidDeviceId m_leaving = 0; ///< the device that went away since the list was taken; it may still be in a new one
     std::optional<HidDevice> m_device;
     ReportBuffer m_reportBuffer {};
     std::uint32_t m_reportLength = 0;

@@ -6,7 +6,6 @@
 #include "ExecutableFile.h"
 #include "MainWindow.h"
 #include "PreferredLanguages.h"
-#include "UpdatePackage.h"
 
 #include <iostream>
 #include <utility>
@@ -31,12 +30,11 @@ void Application::initialise (const juce::String& /*commandLine*/)
 
     terminationSignals = std::make_unique<TerminationSignals> ([this] { systemRequestedQuit(); });
     hidService = makeHidService();
-    mainWindow =
-        std::make_unique<MainWindow> (getApplicationName(),
-                                      Updater::Host { .hidService = *hidService,
-                                                      .package = getExecutableFile().parent_path() / packageFileName,
-                                                      .quit = [this] { systemRequestedQuit(); } },
-                                      preferredLanguages());
+    mainWindow = std::make_unique<MainWindow> (getApplicationName(),
+                                               Updater::Host { .hidService = *hidService,
+                                                               .folder = getExecutableFile().parent_path(),
+                                                               .quit = [this] { systemRequestedQuit(); } },
+                                               preferredLanguages());
 }
 
 void Application::shutdown()

@@ -3,16 +3,15 @@
 
 #include "MainWindow.h"
 
-#include <memory>
 #include <utility>
 
 namespace wqv
 {
 
 MainWindow::MainWindow (const juce::String& name, Updater::Host host, std::span<const std::string> preferredLanguages)
-    : ResizableWindow (name, true)
+    : ResizableWindow (name, true), content (*new MainComponent (std::move (host), preferredLanguages))
 {
-    setContentOwned (std::make_unique<MainComponent> (std::move (host), preferredLanguages).release(), true);
+    setContentOwned (&content, true);
     centreWithSize (getWidth(), getHeight());
     setAlwaysOnTop (true);
     setVisible (true);
@@ -20,14 +19,7 @@ MainWindow::MainWindow (const juce::String& name, Updater::Host host, std::span<
 
     // The window was as large as its own border made it while it had one.
     setContentComponentSize (MainComponent::panelWidth, MainComponent::panelHeight);
-}
-
-void MainWindow::disappear()
-{
-    setVisible (false);
-
-    // A question to the display, whose answer comes only after the window is gone.
-    std::ignore = juce::Desktop::getMousePosition();
+    centreWithSize (getWidth(), getHeight());
 }
 
 } // namespace wqv

@@ -21,12 +21,14 @@ public:
     MainWindow (const juce::String& name, Updater::Host host, std::span<const std::string> preferredLanguages);
 
     /** Takes the window off the screen at once, whatever keeps the message thread afterwards. */
-    void disappear();
+    void disappear() { content.disappear(); }
 
     /** Nothing: the program ends by its buttons, or when the system wants it to. */
     void userTriedToCloseWindow() override {}
 
 private:
+    MainComponent& content; ///< owned as the window's content component
+
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (MainWindow)
 };
 

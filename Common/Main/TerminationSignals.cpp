@@ -6,6 +6,7 @@
 #include <juce_events/juce_events.h>
 
 #include <atomic>
+#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <unistd.h>

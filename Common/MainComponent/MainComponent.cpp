@@ -6,6 +6,7 @@
 #include "ImageLoader.h"
 #include "TxtLoader.h"
 
+#include <tuple>
 #include <utility>
 
 namespace wqv
@@ -94,9 +95,14 @@ void MainComponent::updaterChanged()
     updateCtrl();
 }
 
-void MainComponent::updaterLeaving()
+void MainComponent::disappear()
 {
-    getTopLevelComponent()->setVisible (false);
+    auto& window = *getTopLevelComponent();
+    window.setVisible (false);
+
+    // A question to the display, whose answer comes only after the window is gone.
+    if (window.isOnDesktop())
+        std::ignore = juce::Desktop::getMousePosition();
 }
 
 void MainComponent::buttonClicked (juce::Button* button)

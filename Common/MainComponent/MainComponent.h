@@ -42,12 +42,15 @@ public:
     /** The text of the screen that is shown. */
     [[nodiscard]] const ScreenText& getText() const { return text; }
 
+    /** Takes the window off the screen at once, whatever keeps the message thread afterwards. */
+    void disappear();
+
     void paint (juce::Graphics& g) override;
     void resized() override;
 
 private:
     void updaterChanged() override;
-    void updaterLeaving() override;
+    void updaterLeaving() override { disappear(); }
     void comboBoxChanged (juce::ComboBox* box) override;
     void buttonClicked (juce::Button* button) override;
     void timerCallback() override;

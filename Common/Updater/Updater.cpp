@@ -48,7 +48,7 @@ Updater::Updater (Host hostToUse, Listener& listenerToUse)
       pendingStatus (noRequest),
       engine (std::make_unique<Engine> (*this))
 {
-    const auto result = checkUPD (host.package, engine->upd_info, engine->fw_info);
+    const auto result = checkUPD (host.folder / packageFileName, engine->upd_info, engine->fw_info);
     packageIsValid = isPackageValid (result, engine->upd_info);
 
     // Without a session there is never a controller, and that is what the screen then says.

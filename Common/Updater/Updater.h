@@ -46,9 +46,9 @@ public:
     /** What the updater is given. */
     struct Host
     {
-        HidService& hidService;        ///< outlives the updater
-        std::filesystem::path package; ///< the package file
-        std::function<void()> quit;    ///< ends the program; may return at once
+        HidService& hidService;       ///< outlives the updater
+        std::filesystem::path folder; ///< where the package lies
+        std::function<void()> quit;   ///< ends the program; may return at once
     };
 
     /** Loads the package and looks for the controller. A package that is not valid is remembered as such, and then no

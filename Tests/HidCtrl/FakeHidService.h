@@ -35,7 +35,12 @@ public:
                  .outputReportLength = 128 };
     }
 
-    [[nodiscard]] std::vector<HidDevice> devices() override { return listed; }
+    [[nodiscard]] std::vector<HidDevice> devices() override
+    {
+        ++listings;
+        return listed;
+    }
+
     void setListener (Listener* newListener) override { listener = newListener; }
 
     [[nodiscard]] Opened open (HidDeviceId device, ReportBuffer& buffer) override
@@ -50,6 +55,7 @@ public:
     }
 
     std::vector<HidDevice> listed;
+    int listings = 0;                                        ///< how often devices() was asked
     std::map<HidDeviceId, OpenResult> refusals;              ///< what open() answers for these
     std::function<void (HidDeviceId)> onSend = [] (auto) {}; ///< called where a connection writes
 

@@ -166,6 +166,9 @@ TEST_F (HidUtilTest, aRemovedDeviceIsNotTakenAgainThoughItIsStillListed)
     EXPECT_EQ (handler.news(), "r");
     EXPECT_EQ (service.closed, Ids { 1 });
     EXPECT_EQ (service.reportBuffer, nullptr);
+
+    // What a list shows is not told of, so none is taken before somebody searches it.
+    EXPECT_EQ (service.listings, 1);
     EXPECT_FALSE (transport.deviceMatching());
 
     // The search sees what has come since the start.

@@ -80,7 +80,10 @@ protected:
         start (faults);
         mock->plugIn();
         updater = std::make_unique<Updater> (
-            Updater::Host { .hidService = *service, .package = WQV_SAMPLE_PACKAGE, .quit = [] {} }, *this);
+            Updater::Host { .hidService = *service,
+                            .folder = std::filesystem::path (WQV_SAMPLE_PACKAGE).parent_path(),
+                            .quit = [] {} },
+            *this);
         updater->confirm();
         ASSERT_EQ (updater->status(), UPDATER_STATUS_READY);
         updater->confirm();

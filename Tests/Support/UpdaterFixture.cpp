@@ -3,6 +3,8 @@
 
 #include "UpdaterFixture.h"
 
+#include "UpdatePackage.h"
+
 #include <numeric>
 #include <utility>
 
@@ -29,12 +31,12 @@ UpdaterSurroundings::UpdaterSurroundings (const std::string& faults, const std::
     : controller (parseFaultScript (faults).value())
 {
     if (! bytes.empty())
-        folder.write ("package.upd", bytes);
+        folder.write (packageFileName, bytes);
 }
 
 Updater::Host UpdaterSurroundings::host()
 {
-    return { .hidService = requests, .package = folder.path ("package.upd"), .quit = [this] { ++quits; } };
+    return { .hidService = requests, .folder = folder.path(), .quit = [this] { ++quits; } };
 }
 
 void UpdaterSurroundings::plugIn()

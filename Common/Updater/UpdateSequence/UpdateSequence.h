@@ -75,6 +75,12 @@ public:
     */
     [[nodiscard]] bool run();
 
+    /** Takes a printf-style message and its arguments. Diagnostic output is switched off: it writes nothing. */
+    template <typename... Arguments>
+    static void LogPrintf (const char* /*format*/, const Arguments&... /*arguments*/)
+    {
+    }
+
     /** Whether the controller signals ten times in a row without a gap of a second. The update does not ask this. */
     [[nodiscard]] bool isAutoUpdateModeSupported();
 
