@@ -15,6 +15,7 @@ namespace
 constexpr std::uint8_t longItem = 0xFE;
 
 // Short items without the two bits of their size.
+constexpr std::uint8_t inputItem = 0x80;
 constexpr std::uint8_t outputItem = 0x90;
 constexpr std::uint8_t reportSizeItem = 0x74;
 constexpr std::uint8_t reportIdItem = 0x84;
@@ -30,11 +31,20 @@ std::uint32_t littleEndian (std::span<const std::uint8_t> bytes)
     return value;
 }
 
+using BitsOfReports = std::array<std::uint64_t, 256>; ///< by report id
+
+std::uint32_t largestOf (const BitsOfReports& bits)
+{
+    constexpr std::uint64_t limit = 0xFFFF;
+    return static_cast<std::uint32_t> (std::min (std::ranges::max (bits) / 8, limit));
+}
+
 } // namespace
 
-std::uint32_t outputReportLengthOf (std::span<const std::uint8_t> descriptor)
+ReportLengths reportLengthsOf (std::span<const std::uint8_t> descriptor)
 {
-    std::array<std::uint64_t, 256> bits {}; // of each report id
+    BitsOfReports inputBits {};
+    BitsOfReports outputBits {};
     std::uint64_t reportSize = 0;
     std::uint64_t reportCount = 0;
     std::size_t reportId = 0;
@@ -58,16 +68,16 @@ std::uint32_t outputReportLengthOf (std::span<const std::uint8_t> descriptor)
         {
             case reportSizeItem: reportSize = value; break;
             case reportCountItem: reportCount = value; break;
-            case reportIdItem: reportId = value % bits.size(); break;
-            case outputItem: bits[reportId] += reportSize * reportCount; break;
+            case reportIdItem: reportId = value % inputBits.size(); break;
+            case inputItem: inputBits[reportId] += reportSize * reportCount; break;
+            case outputItem: outputBits[reportId] += reportSize * reportCount; break;
             default: break;
         }
 
         descriptor = descriptor.subspan (1 + data.size());
     }
 
-    constexpr std::uint64_t largest = 0xFFFF;
-    return static_cast<std::uint32_t> (std::min (std::ranges::max (bits) / 8, largest));
+    return { .input = largestOf (inputBits), .output = largestOf (outputBits) };
 }
 
 } // namespace wqv

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a HID report descriptor says about the size of output reports.
+// What a HID report descriptor says about the size of reports.
 
 #pragma once
 
@@ -9,8 +9,15 @@
 namespace wqv
 {
 
-/** The bytes of the largest output report of a device, without its report id; 0 when it has none. The descriptor is in
-    the format of the USB Device Class Definition for HID 1.11, chapter 6.2.2. Total: any bytes give a number. */
-[[nodiscard]] std::uint32_t outputReportLengthOf (std::span<const std::uint8_t> descriptor);
+/** The bytes of the largest reports of a device, without their report ids; 0 when it has none. */
+struct ReportLengths
+{
+    std::uint32_t input = 0;
+    std::uint32_t output = 0;
+};
+
+/** Reads a descriptor in the format of the USB Device Class Definition for HID 1.11, chapter 6.2.2. Total: any bytes
+    give two numbers. */
+[[nodiscard]] ReportLengths reportLengthsOf (std::span<const std::uint8_t> descriptor);
 
 } // namespace wqv

@@ -52,16 +52,16 @@ std::uint64_t locationOf (udev_device* usbDevice)
     return location;
 }
 
-std::uint32_t outputReportLengthOf (udev_device* hid)
+ReportLengths reportLengthsOf (udev_device* hid)
 {
     if (hid == nullptr)
-        return 0;
+        return {};
 
     std::ifstream file (std::string (udev_device_get_syspath (hid)) + "/report_descriptor", std::ios::binary);
     std::array<std::uint8_t, largestDescriptor> bytes {};
     file.read (reinterpret_cast<char*> (bytes.data()), bytes.size());
 
-    return wqv::outputReportLengthOf (std::span (bytes).first (static_cast<std::size_t> (file.gcount())));
+    return wqv::reportLengthsOf (std::span (bytes).first (static_cast<std::size_t> (file.gcount())));
 }
 
 } // namespace
@@ -77,13 +77,15 @@ std::optional<HidDevice> describeUsbHidDevice (udev_device& hidraw)
         return {};
 
     constexpr int hexadecimal = 16;
+    const auto reportLengths = reportLengthsOf (hid);
 
     return HidDevice { .vendorId = numberIn (attributeOf (usbDevice, "idVendor"), hexadecimal),
                        .productId = numberIn (attributeOf (usbDevice, "idProduct"), hexadecimal),
                        .versionNumber = numberIn (attributeOf (usbDevice, "bcdDevice"), hexadecimal),
                        .location = locationOf (usbDevice),
                        .interfaceNumber = numberIn (attributeOf (usbInterface, "bInterfaceNumber"), hexadecimal),
-                       .outputReportLength = outputReportLengthOf (hid) };
+                       .inputReportLength = reportLengths.input,
+                       .outputReportLength = reportLengths.output };
 }
 
 } // namespace wqv

@@ -54,6 +54,7 @@ HidDeviceId SimulatedHidService::plugIn (VirtualController* controller)
                      .productId = HidDeviceType[1],
                      .versionNumber = 0x0100,
                      .location = 1,
+                     .inputReportLength = requestSize,
                      .outputReportLength = requestSize },
                    controller);
 }

@@ -11,6 +11,20 @@
 
 namespace wqv
 {
+namespace
+{
+
+/** How long a request is, without its report id. */
+constexpr std::uint32_t requestLength = 128;
+
+/** Sorts devices by where they are plugged in, and the interfaces of one device by how well they fit. */
+auto preference (const HidDevice& device)
+{
+    const auto takesRequests = device.outputReportLength == requestLength && device.inputReportLength > 0;
+    return std::tuple (device.location, ! takesRequests, device.interfaceNumber);
+}
+
+} // namespace
 
 HidUtil::HidUtil (HidService& service) : m_service (service) {}
 
@@ -87,6 +101,7 @@ bool HidUtil::deviceOutput (std::span<const std::uint8_t> report)
     {
         const std::scoped_lock guard (m_connectionLock);
         connection = m_connection;
+        m_isUsed = true;
     }
 
     return ! report.empty() && connection != nullptr && connection->send (report);
@@ -140,21 +155,31 @@ bool HidUtil::checkID (const HidDevice& device)
 {
     const auto product = HidDeviceType.at (m_mode != 0 ? 1 : 0);
 
-    if (m_device || product == 0 || device.vendorId != kVendorId || device.productId != product)
+    if (product == 0 || device.vendorId != kVendorId || device.productId != product)
         return false;
 
-    m_reportBuffer.fill (0);
-    m_reportLength = 0;
+    if (m_device && ! isBetterInterface (device))
+        return false;
 
     auto [result, connection] = m_service.open (device.id, m_reportBuffer);
 
     if (result != HidService::OpenResult::ok)
         return false;
 
+    deviceRemoval();
     m_device = device;
     const std::scoped_lock guard (m_connectionLock);
     m_connection = std::move (connection);
+    m_isUsed = false;
     return true;
+}
+
+/** Whether a device is a better interface of the one that is held. The system shows the interfaces one by one, and each
+    may be closed to the user for a moment, so the first that can be opened need not be the right one. */
+bool HidUtil::isBetterInterface (const HidDevice& device)
+{
+    const std::scoped_lock guard (m_connectionLock);
+    return ! m_isUsed && device.location == m_device->location && preference (device) < preference (*m_device);
 }
 
 void HidUtil::registerDeviceMatching()
@@ -167,13 +192,7 @@ void HidUtil::rebuildDeviceList (HidDeviceId leaving)
 {
     m_devices = m_service.devices();
     std::erase_if (m_devices, [leaving] (const auto& device) { return device.id == leaving; });
-
-    // Several interfaces of one device share a location: the one that takes requests comes first.
-    std::ranges::sort (m_devices,
-                       {},
-                       [] (const auto& device) {
-                           return std::tuple (device.location, device.outputReportLength == 0, device.interfaceNumber);
-                       });
+    std::ranges::sort (m_devices, {}, preference);
 }
 
 } // namespace wqv

@@ -42,8 +42,10 @@ public:
         calling it twice is harmless. */
     void finalize();
 
-    /** Whether a matching device is held. If none is, looks for one first: the one with the lowest location wins. From
-        the first call on, attached devices are watched for. */
+    /** Whether a matching device is held. If none is, looks for one first: the one with the lowest location wins, and of
+        the interfaces of one device the one that has a 128-byte output report and an input report, else the one with the
+        lowest number. From the first call on, attached devices are watched for; a better interface of the device that is
+        held takes the place of the other one, as long as nothing was sent there. */
     [[nodiscard]] bool deviceMatching();
 
     /** The device's version number turned from BCD into decimal: 0x0105 gives 105, and digits above 9 just count as
@@ -67,6 +69,7 @@ private:
     void reportReceived (HidDeviceId device, std::size_t length) override;
 
     [[nodiscard]] bool checkID (const HidDevice& device);
+    [[nodiscard]] bool isBetterInterface (const HidDevice& device);
     void registerDeviceMatching();
     void rebuildDeviceList (HidDeviceId leaving);
 
@@ -82,8 +85,9 @@ private:
     std::uint32_t m_reportLength = 0;
     bool m_matchingRegistered = false;
 
-    std::mutex m_connectionLock; ///< guards the pointer; never held during a write
+    std::mutex m_connectionLock; ///< guards what follows; never held during a write
     std::shared_ptr<HidConnection> m_connection;
+    bool m_isUsed = false; ///< something was sent to the device
 };
 
 } // namespace wqv

@@ -32,6 +32,7 @@ public:
                  .productId = HidDeviceType[1],
                  .versionNumber = 0x0105,
                  .location = location,
+                 .inputReportLength = 64,
                  .outputReportLength = 128 };
     }
 

@@ -26,15 +26,12 @@ struct HidUtilTest : testing::Test
 
 TEST_F (HidUtilTest, takesTheFirstLocationThatFits)
 {
-    // Strangers at the first two locations, a controller with three interfaces at 4, and another one behind it.
-    for (const auto location : { 9u, 4u, 4u, 4u, 2u, 1u })
+    // Strangers at the first two locations, a controller at 4, and another one behind it.
+    for (const auto location : { 9u, 2u, 1u, 4u })
         service.listed.push_back (FakeHidService::controller (service.listed.size() + 1, location));
 
-    service.listed[1].outputReportLength = 0;
-    service.listed[2].interfaceNumber = 2;
-    service.listed[3].interfaceNumber = 1;
-    service.listed[4].productId ^= 2;
-    service.listed[5].vendorId ^= 1;
+    service.listed[1].productId ^= 2;
+    service.listed[2].vendorId ^= 1;
 
     ASSERT_TRUE (transport.initialize (handler, 1));
     EXPECT_TRUE (transport.deviceMatching());
@@ -47,6 +44,45 @@ TEST_F (HidUtilTest, takesTheFirstLocationThatFits)
     service.listener->deviceRemoved (1);
     EXPECT_EQ (handler.news(), "");
     EXPECT_EQ (service.opened, Ids { 4 });
+}
+
+TEST_F (HidUtilTest, takesTheInterfaceThatHoldsTheConversation)
+{
+    // Interface 3 has no output report, 2 a larger one, 1 nothing to answer with; 4 and 5 fit.
+    for (const auto id : { 5u, 4u, 3u, 2u, 1u })
+    {
+        service.listed.push_back (FakeHidService::controller (id));
+        service.listed.back().interfaceNumber = static_cast<std::int32_t> (id);
+    }
+
+    service.listed[2].outputReportLength = 0;
+    service.listed[3].outputReportLength = 129;
+    service.listed[4].inputReportLength = 0;
+
+    ASSERT_TRUE (transport.initialize (handler, 1));
+    EXPECT_TRUE (transport.deviceMatching());
+    EXPECT_EQ (service.opened, Ids { 4 });
+
+    // One by one, the better ones closed at first: each better one is taken as soon as it opens, while nothing was sent.
+    service.listener->deviceRemoved (4);
+    service.refusals[4] = HidService::OpenResult::denied;
+
+    for (const auto place : { 3u, 2u, 4u, 1u })
+        service.listener->deviceAttached (service.listed[place]);
+
+    EXPECT_EQ (handler.news(), "rmm");
+    service.refusals.clear();
+    service.listener->deviceAttached (service.listed[1]);
+    service.listener->deviceAttached (service.listed[0]);
+    EXPECT_EQ (service.opened, (Ids { 4, 2, 1, 4, 4 }));
+    EXPECT_EQ (service.closed, (Ids { 4, 2, 1 }));
+    EXPECT_EQ (handler.news(), "m");
+
+    service.listener->deviceRemoved (4);
+    service.listener->deviceAttached (service.listed[2]);
+    EXPECT_TRUE (transport.deviceOutput (copy));
+    service.listener->deviceAttached (service.listed[1]);
+    EXPECT_EQ (service.opened.back(), 3u);
 }
 
 TEST_F (HidUtilTest, withoutPackageNothingIsEverOpened)

@@ -27,6 +27,8 @@ namespace wqv
 namespace
 {
 
+constexpr int tenTimes = 10;
+
 /** This process's open terminals: a hidraw node that is left open is one of them. */
 std::vector<int> openTerminals()
 {
@@ -74,8 +76,8 @@ protected:
         service->setListener (this);
     }
 
-    /** Makes the updater too, and starts an update. */
-    void startUpdate (const char* faults)
+    /** Makes the updater too, with the controller plugged in, and goes to the screen that offers an update. */
+    void startUpdater (const char* faults)
     {
         start (faults);
         mock->plugIn();
@@ -86,7 +88,26 @@ protected:
             *this);
         updater->confirm();
         ASSERT_EQ (updater->status(), UPDATER_STATUS_READY);
-        updater->confirm();
+    }
+
+    /** The screen that shows follows the controller; where an update has ended it stays. */
+    void comeAndGoTenTimes()
+    {
+        const auto statusAtFirst = updater->status();
+        const auto hasEnded = statusAtFirst > UPDATER_STATUS_UPDATING;
+
+        for (int times = 1; times <= tenTimes; ++times)
+        {
+            mock->unplug();
+            loop.runUntil ([this] { return updater->deviceVersion() < 0; });
+            loop.drain();
+            EXPECT_EQ (updater->status(), hasEnded ? statusAtFirst : UPDATER_STATUS_NOT_CONNECTED);
+
+            mock->plugIn();
+            loop.runUntil ([this] { return updater->deviceVersion() > 0; });
+            loop.drain();
+            EXPECT_EQ (updater->status(), statusAtFirst);
+        }
     }
 
     void runUntilUpdateEnds()
@@ -161,11 +182,13 @@ TEST_F (LinuxHidServiceTests, TellsOfUsbDevicesWhatTheirParentsSay)
 
     EXPECT_EQ (list[0].vendorId, 0xABCD);
     EXPECT_EQ (list[0].productId, 0xEF01);
+    EXPECT_EQ (list[0].inputReportLength, 0);
     EXPECT_EQ (list[0].outputReportLength, 0);
     EXPECT_EQ (list[1].vendorId, kVendorId);
     EXPECT_EQ (list[1].productId, HidDeviceType[1]);
     EXPECT_EQ (list[1].versionNumber, 0x0210);
     EXPECT_EQ (list[1].interfaceNumber, 0x0B);
+    EXPECT_EQ (list[1].inputReportLength, requestSize);
     EXPECT_EQ (list[1].outputReportLength, requestSize);
     EXPECT_EQ (list[1].location, 0x02'01'0A'00'00'00'00'00);
 
@@ -185,7 +208,7 @@ TEST_F (LinuxHidServiceTests, FollowsAControllerThatComesAndGoes)
     start();
     const auto before = openTerminals();
 
-    for (int times = 1; times <= 3; ++times)
+    for (int times = 1; times <= tenTimes; ++times)
     {
         const auto earlier = last.id;
         mock->plugIn();
@@ -210,8 +233,8 @@ TEST_F (LinuxHidServiceTests, FollowsAControllerThatComesAndGoes)
     }
 
     loop.drain();
-    EXPECT_EQ (attached, 3);
-    EXPECT_EQ (removed, 3);
+    EXPECT_EQ (attached, tenTimes);
+    EXPECT_EQ (removed, tenTimes);
 }
 
 /** The node ends before udev says that the device was removed. */
@@ -297,10 +320,16 @@ TEST_F (LinuxHidServiceTests, SaysThatTheSystemDoesNotTakeAReport)
 
 TEST_F (LinuxHidServiceTests, CarriesAWholeUpdate)
 {
-    startUpdate ("burst@20-30:5");
+    startUpdater ("burst@20-30:5");
+    comeAndGoTenTimes();
+    const auto terminals = openTerminals();
+    updater->confirm();
     runUntilUpdateEnds();
     EXPECT_EQ (updater->status(), UPDATER_STATUS_COMPLETE);
     EXPECT_EQ (mock->faultAgainst (WQV_SAMPLE_PACKAGE), "");
+
+    comeAndGoTenTimes();
+    EXPECT_EQ (openTerminals().size(), terminals.size());
 }
 
 TEST_F (LinuxHidServiceTests, FailsAnUpdateWhoseControllerGoesAway)
@@ -311,7 +340,8 @@ TEST_F (LinuxHidServiceTests, FailsAnUpdateWhoseControllerGoesAway)
     for (const auto* const faults : { "unplug@40", "replug@40" })
     {
         SCOPED_TRACE (faults);
-        startUpdate (faults);
+        startUpdater (faults);
+        updater->confirm();
 
         if (std::string_view (faults).starts_with ("unplug"))
         {
