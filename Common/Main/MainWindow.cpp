@@ -11,15 +11,12 @@ namespace wqv
 MainWindow::MainWindow (const juce::String& name, Updater::Host host, std::span<const std::string> preferredLanguages)
     : ResizableWindow (name, true), content (*new MainComponent (std::move (host), preferredLanguages))
 {
+    // Before it is shown: a window that gets its title bar afterwards is made anew in front of the user's eyes.
+    setUsingNativeTitleBar (true);
     setContentOwned (&content, true);
     centreWithSize (getWidth(), getHeight());
     setAlwaysOnTop (true);
     setVisible (true);
-    setUsingNativeTitleBar (true);
-
-    // The window was as large as its own border made it while it had one.
-    setContentComponentSize (MainComponent::panelWidth, MainComponent::panelHeight);
-    centreWithSize (getWidth(), getHeight());
 }
 
 } // namespace wqv

@@ -243,6 +243,12 @@ void MainComponent::resized()
     progressBar.setBounds (middle);
 }
 
+/** A window that has just got the panel gets the title too. */
+void MainComponent::parentHierarchyChanged()
+{
+    updateCtrl();
+}
+
 void MainComponent::paint (juce::Graphics& g)
 {
     g.fillAll (BackgroundColour);

@@ -47,6 +47,7 @@ public:
 
     void paint (juce::Graphics& g) override;
     void resized() override;
+    void parentHierarchyChanged() override;
 
 private:
     void updaterChanged() override;

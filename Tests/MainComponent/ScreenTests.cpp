@@ -262,9 +262,10 @@ TEST (Panel, windowTitleAndLanguages)
     fixture.open();
     window.setVisible (true);
     window.addAndMakeVisible (*fixture.panel);
-    EXPECT_EQ (window.getName(), "before");
 
     auto& texts = *TxtLoader::getInstance();
+    EXPECT_EQ (window.getName(), texts.getString (TextId::windowTitle));
+
     auto& langs = fixture.find<juce::ComboBox> ("langs");
     EXPECT_EQ (langs.getSelectedId(), 1);
     EXPECT_FALSE (langs.getWantsKeyboardFocus());
