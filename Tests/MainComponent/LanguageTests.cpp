@@ -15,8 +15,6 @@ namespace wqv
 namespace
 {
 
-constexpr const char* codes[] = { "en", "fr", "de", "es", "it", "nl", "ru", "pt", "zh-Hans", "zh-Hant", "ko", "ja" };
-
 std::string_view bytesOf (const EmbeddedFile& file)
 {
     return { reinterpret_cast<const char*> (*file.pointer), static_cast<std::size_t> (*file.length) };
@@ -89,11 +87,11 @@ TEST (Languages, sayTheSame)
     for (std::size_t language = 0; language < languageCount; ++language)
     {
         const auto texts = textsOf (language);
-        ASSERT_EQ (texts.size(), textCount) << codes[language];
+        ASSERT_EQ (texts.size(), textCount) << languageCodes[language];
 
         for (std::size_t id = 0; id < textCount; ++id)
         {
-            SCOPED_TRACE (codes[language] + (" " + std::to_string (id)));
+            SCOPED_TRACE (languageCodes[language] + (" " + std::to_string (id)));
             const auto isException = id == 17 && (language == portuguese || language == korean);
             const auto isSpaced = id == 15 && language == portuguese;
             const auto expected = isException ? std::vector<std::string>()
@@ -209,40 +207,13 @@ int titleLinesOf (const PanelFixture& fixture)
 
 TEST (Languages, everyScreenFits)
 {
-    struct Screen
-    {
-        const char* name;
-        const char* faults;
-        bool isPluggedIn;
-        unsigned packageVersion;
-        int presses; ///< of the "OK" button
-        UpdaterStatus_t status;
-    };
-
-    constexpr Screen screens[] { { "start", "", true, 105, 0, UPDATER_STATUS_START },
-                                 { "bad package", "", true, 0, 1, UPDATER_STATUS_NOT_CONNECTED },
-                                 { "not connected", "", false, 105, 1, UPDATER_STATUS_NOT_CONNECTED },
-                                 { "ready", "", true, 105, 1, UPDATER_STATUS_READY },
-                                 { "updating", "silent@1", true, 105, 2, UPDATER_STATUS_UPDATING },
-                                 { "complete", "", true, 105, 2, UPDATER_STATUS_COMPLETE },
-                                 { "error", "refuse@1", true, 105, 2, UPDATER_STATUS_ERROR } };
-
     for (std::uint32_t language = 0; language < languageCount; ++language)
     {
-        for (const auto& screen : screens)
+        for (const auto& screen : panelScreens)
         {
-            SCOPED_TRACE (codes[language] + std::string (" ") + screen.name);
-            PanelFixture fixture (screen.faults, writePackage (smallPackage (screen.packageVersion)));
+            SCOPED_TRACE (languageCodes[language] + std::string (" ") + screen.name);
+            PanelFixture fixture (screen, languageCodes[language]);
 
-            if (screen.isPluggedIn)
-                fixture.plugIn();
-
-            fixture.open (codes[language]);
-
-            for (int i = 0; i < screen.presses; ++i)
-                fixture.press ("OK");
-
-            fixture.loop.runUntil ([&] { return fixture.panel->status() == screen.status; });
             ASSERT_EQ (TxtLoader::getInstance()->locale(), language);
             expectFits (fixture);
 

@@ -4,9 +4,11 @@
 #pragma once
 
 #include "AlineButton.h"
+#include "Binary.h"
 #include "MainComponent.h"
 #include "UpdaterFixture.h"
 
+#include <array>
 #include <optional>
 #include <span>
 #include <stdexcept>
@@ -16,11 +18,51 @@
 namespace wqv
 {
 
+/** The languages by index, as codes of a locale. */
+inline constexpr std::array<const char*, languageCount> languageCodes { "en", "fr", "de",      "es",      "it", "nl",
+                                                                        "ru", "pt", "zh-Hans", "zh-Hant", "ko", "ja" };
+
+/** A screen, and what leads to it. */
+struct PanelScreen
+{
+    const char* name;
+    const char* faults;
+    bool isPluggedIn;
+    unsigned packageVersion;
+    int presses; ///< of the "OK" button
+    UpdaterStatus_t status;
+};
+
+inline constexpr PanelScreen panelScreens[] {
+    { "start", "", true, 105, 0, UPDATER_STATUS_START },
+    { "ready", "", true, 105, 1, UPDATER_STATUS_READY },
+    { "updating", "silent@4", true, 105, 2, UPDATER_STATUS_UPDATING },
+    { "complete", "", true, 105, 2, UPDATER_STATUS_COMPLETE },
+    { "error", "refuse@1", true, 105, 2, UPDATER_STATUS_ERROR },
+    { "not-connected", "", false, 105, 1, UPDATER_STATUS_NOT_CONNECTED },
+    { "bad-package", "", true, 0, 1, UPDATER_STATUS_NOT_CONNECTED },
+};
+
 /** The panel, off any screen, and what its updater needs. */
 class PanelFixture final : public UpdaterSurroundings
 {
 public:
     using UpdaterSurroundings::UpdaterSurroundings;
+
+    /** The panel on one of its screens. */
+    PanelFixture (const PanelScreen& screen, const std::string& language)
+        : UpdaterSurroundings (screen.faults, writePackage (smallPackage (screen.packageVersion)))
+    {
+        if (screen.isPluggedIn)
+            plugIn();
+
+        open (language);
+
+        for (int i = 0; i < screen.presses; ++i)
+            press ("OK");
+
+        loop.runUntil ([&] { return panel->status() == screen.status; });
+    }
 
     /** @param language  preferred one, as the code of a locale */
     void open (const std::string& language = "en") { panel.emplace (host(), std::span (&language, 1)); }
