@@ -1,0 +1,91 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# What is installed, and the packages that CPack makes of it: a Debian package, and a tarball that runs where it is unpacked.
+
+set (WQV_UPDATE_PACKAGE "" CACHE FILEPATH "The firmware update to put into the packages; none: the program alone")
+set (WQV_MAINTAINER "WQVUpdateProgram maintainers <maintainers@example.org>" CACHE STRING
+    "Who answers for the packages: Name <mail address>")
+set (WQV_COMPONENT_ID "org.example.wqv_krv20_updater" CACHE STRING
+    "The program's name for software centres: a domain of the maker, reversed, and a name in it")
+set (WQV_DEBIAN_REVISION "1" CACHE STRING "Revision of the Debian package, above the last one for the same version")
+
+set (WQV_PACKAGE_NAME wqv-krv20-updater)
+set (WQV_PROGRAM_FOLDER lib/${WQV_PACKAGE_NAME})
+set (WQV_UPDATE_NAME WQV-KRV20_UP.upd)
+set (WQV_PACKAGING "${CMAKE_BINARY_DIR}/packaging")
+
+if (NOT WQV_UPDATE_PACKAGE)
+    message (STATUS "Packages hold the program alone: WQV_UPDATE_PACKAGE names no firmware update")
+elseif (EXISTS "${WQV_UPDATE_PACKAGE}")
+    message (STATUS "Packages hold the firmware update ${WQV_UPDATE_PACKAGE}")
+else()
+    message (FATAL_ERROR "WQV_UPDATE_PACKAGE: there is no ${WQV_UPDATE_PACKAGE}")
+endif()
+
+add_subdirectory (packaging)
+
+# The system's own folders, below the prefix (/usr in the Debian package). The program looks for the update beside its file.
+install (TARGETS WQVUpdateProgram DESTINATION ${WQV_PROGRAM_FOLDER})
+install (TARGETS wqv-package DESTINATION bin)
+install (FILES "${WQV_PACKAGING}/link/WQVUpdateProgram" DESTINATION bin)
+install (FILES "${WQV_PACKAGING}/70-wqv-krv20.rules" DESTINATION lib/udev/rules.d)
+install (FILES packaging/linux/${WQV_PACKAGE_NAME}.desktop DESTINATION share/applications)
+install (FILES "${WQV_PACKAGING}/${WQV_COMPONENT_ID}.metainfo.xml" DESTINATION share/metainfo)
+install (FILES "${WQV_PACKAGING}/WQVUpdateProgram.1.gz" "${WQV_PACKAGING}/wqv-package.1.gz" DESTINATION share/man/man1)
+install (FILES "${WQV_PACKAGING}/copyright" "${WQV_PACKAGING}/changelog.gz" "${WQV_PACKAGING}/changelog.Debian.gz"
+    DESTINATION share/doc/${WQV_PACKAGE_NAME})
+install (FILES packaging/debian/lintian-overrides DESTINATION share/lintian/overrides RENAME ${WQV_PACKAGE_NAME})
+install (FILES packaging/linux/icons/${WQV_PACKAGE_NAME}.svg DESTINATION share/icons/hicolor/scalable/apps)
+
+foreach (size IN ITEMS 48 128 256)
+    install (FILES packaging/linux/icons/${WQV_PACKAGE_NAME}-${size}.png
+        DESTINATION share/icons/hicolor/${size}x${size}/apps
+        RENAME ${WQV_PACKAGE_NAME}.png)
+endforeach()
+
+# The tarball: one flat folder.
+install (TARGETS WQVUpdateProgram wqv-package DESTINATION . COMPONENT tarball EXCLUDE_FROM_ALL)
+install (FILES "${WQV_PACKAGING}/70-wqv-krv20.rules" "${WQV_PACKAGING}/copyright" "${WQV_PACKAGING}/readme.txt" LICENSE
+    DESTINATION . COMPONENT tarball EXCLUDE_FROM_ALL)
+
+# An update that the program would refuse is not shipped.
+if (WQV_UPDATE_PACKAGE)
+    set (verify "execute_process (COMMAND \"$<TARGET_FILE:wqv-package>\" verify \"${WQV_UPDATE_PACKAGE}\"
+                                  COMMAND_ERROR_IS_FATAL ANY)")
+
+    install (CODE "${verify}")
+    install (FILES "${WQV_UPDATE_PACKAGE}" DESTINATION ${WQV_PROGRAM_FOLDER} RENAME ${WQV_UPDATE_NAME})
+    install (CODE "${verify}" COMPONENT tarball EXCLUDE_FROM_ALL)
+    install (FILES "${WQV_UPDATE_PACKAGE}" DESTINATION . RENAME ${WQV_UPDATE_NAME} COMPONENT tarball EXCLUDE_FROM_ALL)
+endif()
+
+set (CPACK_GENERATOR "DEB;TGZ")
+set (CPACK_PACKAGE_NAME ${WQV_PACKAGE_NAME})
+set (CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set (CPACK_PACKAGE_FILE_NAME "${WQV_PACKAGE_NAME}-${PROJECT_VERSION}-${CMAKE_SYSTEM_PROCESSOR}")
+set (CPACK_PACKAGE_DIRECTORY "${PROJECT_SOURCE_DIR}/build/packages")
+set (CPACK_PACKAGE_CONTACT "${WQV_MAINTAINER}")
+set (CPACK_PACKAGE_DESCRIPTION_SUMMARY "firmware updater for the WQV-KRV20 DJ controller")
+set (CPACK_STRIP_FILES ON)
+set (CPACK_PROJECT_CONFIG_FILE "${PROJECT_SOURCE_DIR}/cmake/PackagingOfGenerator.cmake")
+set (CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+
+set (CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set (CPACK_DEBIAN_PACKAGE_RELEASE "${WQV_DEBIAN_REVISION}")
+set (CPACK_DEBIAN_PACKAGE_SECTION utils)
+set (CPACK_DEBIAN_PACKAGE_DESCRIPTION
+"A small window that finds the controller on USB, shows its firmware version
+and that of the update, and writes the update with a progress bar.
+.
+wqv-package, also in this package, makes, checks, shows and takes apart
+such updates.")
+
+# What the program links to is computed. The toolkit loads these by name when it opens its window; without the first two it
+# does not run. It would load libXss too, only to keep the screen saver away, which this program does not ask for.
+set (CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set (CPACK_DEBIAN_PACKAGE_DEPENDS "libx11-6, libxext6, libxcursor1, libxinerama1, libxrandr2, libxrender1")
+set (CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA
+    "${PROJECT_SOURCE_DIR}/packaging/debian/postinst;${PROJECT_SOURCE_DIR}/packaging/debian/postrm")
+set (CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+
+include (CPack)
