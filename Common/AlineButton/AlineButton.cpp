@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Caption over background.
+// Caption over background; keys and mouse.
 
 #include "AlineButton.h"
 
@@ -12,6 +12,7 @@ AlineButton::AlineButton (const juce::String& name)
     setLookAndFeel (&m_lookAndFeel);
     setColour (juce::TextButton::buttonColourId, juce::Colours::black);
     setColour (juce::TextButton::buttonOnColourId, juce::Colours::black);
+    setHasFocusOutline (true);
 }
 
 AlineButton::~AlineButton()
@@ -41,6 +42,42 @@ void AlineButton::paintButton (juce::Graphics& g, bool isMouseOver, bool isButto
     g.setFont (juce::Font (m_fontName, fontHeight, m_style));
     g.setColour (juce::Colour (16, 16, 16));
     g.drawFittedText (getButtonText(), getLocalBounds().reduced (inset), m_aline, 1, smallestHorizontalScale);
+}
+
+bool AlineButton::isPressingKeyDown()
+{
+    return juce::KeyPress::isKeyCurrentlyDown (juce::KeyPress::returnKey)
+           || juce::KeyPress::isKeyCurrentlyDown (juce::KeyPress::spaceKey);
+}
+
+void AlineButton::ignoreHeldKeys()
+{
+    m_ignoresHeldKeys = isPressingKeyDown();
+}
+
+bool AlineButton::keyStateChanged (bool isAnyDown)
+{
+    m_ignoresHeldKeys = m_ignoresHeldKeys && isPressingKeyDown();
+    return Button::keyStateChanged (isAnyDown);
+}
+
+bool AlineButton::keyPressed (const juce::KeyPress& key)
+{
+    if (! key.isKeyCode (juce::KeyPress::returnKey) && ! key.isKeyCode (juce::KeyPress::spaceKey))
+        return false;
+
+    if (! m_ignoresHeldKeys)
+        triggerClick();
+
+    return true;
+}
+
+void AlineButton::mouseUp (const juce::MouseEvent& event)
+{
+    if (event.getNumberOfClicks() == 1)
+        Button::mouseUp (event);
+    else
+        setState (isMouseOver() ? buttonOver : buttonNormal);
 }
 
 } // namespace wqv

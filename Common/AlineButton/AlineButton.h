@@ -10,7 +10,8 @@
 namespace wqv
 {
 
-/** A push button whose caption has an alignment, a typeface and a style of its own. Message thread only. */
+/** A push button whose caption has an alignment, a typeface and a style of its own. Return and Space press it while it has
+    the keyboard, and an outline around it then shows that. Message thread only. */
 class AlineButton final : public juce::Button
 {
 public:
@@ -30,13 +31,25 @@ public:
     /** @param style  juce::Font::FontStyleFlags */
     void setStyle (int style) { m_style = style; }
 
+    /** The button now means something else: of the keys that are down, none counts before it was released. */
+    void ignoreHeldKeys();
+
     void paintButton (juce::Graphics& g, bool isMouseOver, bool isButtonDown) override;
+    bool keyPressed (const juce::KeyPress& key) override;
+    bool keyStateChanged (bool isAnyDown) override;
+
+    /** Presses the button, but not by the second press of a double click: that was meant for what the button was at the
+        first. */
+    void mouseUp (const juce::MouseEvent& event) override;
 
 private:
+    [[nodiscard]] static bool isPressingKeyDown();
+
     BtnLookAndFeel m_lookAndFeel;
     juce::Justification m_aline { juce::Justification::centred };
     juce::String m_fontName;
     int m_style = juce::Font::plain;
+    bool m_ignoresHeldKeys = false;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (AlineButton)
 };

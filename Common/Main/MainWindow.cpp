@@ -16,6 +16,7 @@ MainWindow::MainWindow (const juce::String& name, Updater::Host host, std::span<
     setContentOwned (&content, true);
     centreWithSize (getWidth(), getHeight());
     setAlwaysOnTop (true);
+    setWantsKeyboardFocus (false); // but the panel does
     setVisible (true);
 }
 

@@ -61,6 +61,8 @@ MainComponent::MainComponent (Updater::Host host, std::span<const std::string> p
     addButton (okButton);
     addButton (cancelButton);
 
+    setWantsKeyboardFocus (true);
+    setFocusContainerType (FocusContainerType::keyboardFocusContainer); // so that Tab goes round between the buttons
     setSize (panelWidth, panelHeight);
 }
 
@@ -93,6 +95,7 @@ void MainComponent::addButton (AlineButton& button)
 void MainComponent::updaterChanged()
 {
     updateCtrl();
+    focusAction();
 }
 
 void MainComponent::disappear()
@@ -172,6 +175,7 @@ void MainComponent::updateCtrl()
     }
 
     updateButtons();
+    updateAccessibleTexts();
     repaint();
 }
 
@@ -223,6 +227,73 @@ void MainComponent::updateButtons()
 
     for (auto* const button : { &okButton, &cancelButton })
         button->setFont (texts.getFont());
+}
+
+/** What a screen reader reads. */
+void MainComponent::updateAccessibleTexts()
+{
+    const auto& texts = *TxtLoader::getInstance();
+
+    setTitle (texts.getString (TextId::windowTitle));
+    setDescription (text.getWords());
+    langs.setTitle (texts.getString (TextId::languageSelections));
+    progressBar.setTitle (text.getWords());
+
+    for (auto* const button : { &okButton, &cancelButton })
+        button->setTitle (button->getButtonText());
+}
+
+/** Gives the keyboard to the button that goes on from the screen that has just come. Not to Start, which nobody is to
+    press who has not looked at it: there the panel has the keyboard, and Tab leads to the buttons. */
+void MainComponent::focusAction()
+{
+    const auto* const peer = getPeer();
+
+    // A window in the background does not take the keyboard away from the one in front.
+    focusIsDue = peer == nullptr || ! peer->isFocused();
+
+    if (focusIsDue)
+        return;
+
+    for (auto* const button : { &okButton, &cancelButton })
+        button->ignoreHeldKeys();
+
+    if (updater.status() == UPDATER_STATUS_START)
+        okButton.grabKeyboardFocus();
+    else if (cancelButton.isVisible() && ! okButton.isVisible())
+        cancelButton.grabKeyboardFocus();
+    else
+        grabKeyboardFocus();
+}
+
+void MainComponent::focusGained (FocusChangeType /*cause*/)
+{
+    if (focusIsDue)
+        focusAction();
+}
+
+void MainComponent::focusOfChildComponentChanged (FocusChangeType /*cause*/)
+{
+    if (focusIsDue)
+        focusAction();
+}
+
+bool MainComponent::keyPressed (const juce::KeyPress& key)
+{
+    if (key.isKeyCode (juce::KeyPress::tabKey) && hasKeyboardFocus (false) && cancelButton.isVisible())
+    {
+        (key.getModifiers().isShiftDown() && okButton.isVisible() ? okButton : cancelButton).grabKeyboardFocus();
+        return true;
+    }
+
+    const auto step = key.isKeyCode (juce::KeyPress::downKey) ? 1 : key.isKeyCode (juce::KeyPress::upKey) ? -1 : 0;
+
+    if (step == 0 || updater.status() != UPDATER_STATUS_START)
+        return false;
+
+    langs.setSelectedItemIndex (juce::jlimit (0, langs.getNumItems() - 1, langs.getSelectedItemIndex() + step),
+                                juce::sendNotificationSync);
+    return true;
 }
 
 bool MainComponent::showsWarning() const

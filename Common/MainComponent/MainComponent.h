@@ -49,6 +49,12 @@ public:
     void resized() override;
     void parentHierarchyChanged() override;
 
+    /** Up and Down choose the language on the first screen; Tab leads from the panel to its buttons. */
+    bool keyPressed (const juce::KeyPress& key) override;
+
+    void focusGained (FocusChangeType cause) override;
+    void focusOfChildComponentChanged (FocusChangeType cause) override;
+
 private:
     void updaterChanged() override;
     void updaterLeaving() override { disappear(); }
@@ -60,6 +66,8 @@ private:
     void addLanguages();
     void updateCtrl();
     void updateButtons();
+    void updateAccessibleTexts();
+    void focusAction();
     [[nodiscard]] bool showsWarning() const;
 
     /** Holds texts, pictures and typefaces while the panel lives. */
@@ -82,6 +90,8 @@ private:
     juce::ProgressBar progressBar { progress };
     AlineButton okButton { "OK" };
     AlineButton cancelButton { "Cancel" };
+
+    bool focusIsDue = true; ///< as soon as the window has the keyboard
 
     Updater updater; ///< the first to go: it stops the worker
 

@@ -81,6 +81,7 @@ void ScreenText::layOut (const ScreenState& state)
 {
     const auto& texts = *TxtLoader::getInstance();
     glyphs.clear();
+    words.clear();
 
     if (state.status != UPDATER_STATUS_START && ! state.packageValid)
     {
@@ -186,6 +187,7 @@ void ScreenText::addNotice (const juce::String& text)
 /** A block of as many lines as the normal font has room for, whatever the font is. */
 void ScreenText::addBlock (const juce::String& text, juce::Rectangle<float> area, float fontHeight, int style)
 {
+    words.add (text.trim());
     glyphs.addFittedText (juce::Font (TxtLoader::getInstance()->getFont(), fontHeight, style),
                           text,
                           area.getX(),
@@ -200,6 +202,7 @@ void ScreenText::addBlock (const juce::String& text, juce::Rectangle<float> area
 void ScreenText::addLines (
     const juce::String& text, const juce::Font& font, float x, float y, float blockWidth, int lines)
 {
+    words.add (text.trim());
     glyphs.addFittedText (font,
                           text,
                           x,

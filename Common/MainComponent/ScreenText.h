@@ -43,6 +43,9 @@ public:
 
     void draw (const juce::Graphics& g) const { glyphs.draw (g); }
 
+    /** The words of the screen, a block a line. */
+    [[nodiscard]] juce::String getWords() const { return words.joinIntoString ("\n"); }
+
     /** The laid-out text, as one line of characters in the order of the blocks. */
     [[nodiscard]] const juce::GlyphArrangement& getGlyphs() const { return glyphs; }
 
@@ -62,6 +65,7 @@ private:
     float width;
     float height;
     juce::GlyphArrangement glyphs;
+    juce::StringArray words;
 };
 
 } // namespace wqv

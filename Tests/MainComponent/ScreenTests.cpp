@@ -279,5 +279,48 @@ TEST (Panel, windowTitleAndLanguages)
     EXPECT_EQ (fixture.quits, 1);
 }
 
+TEST (Panel, upAndDownChooseTheLanguageOfTheFirstScreen)
+{
+    PanelFixture fixture;
+    fixture.plugIn();
+    fixture.open();
+    const auto& texts = *TxtLoader::getInstance();
+    const auto press = [&] (int key, int times = 1)
+    {
+        while (times-- > 0)
+            fixture.panel->keyPressed (juce::KeyPress (key));
+
+        return texts.locale();
+    };
+
+    EXPECT_EQ (press (juce::KeyPress::upKey), 0u);
+    EXPECT_EQ (press (juce::KeyPress::downKey, 2), 2u);
+    EXPECT_EQ (press (juce::KeyPress::downKey, languageCount), languageCount - 1);
+    EXPECT_EQ (press (juce::KeyPress::upKey, languageCount), 0u);
+
+    fixture.find<AlineButton> ("OK").keyPressed (juce::KeyPress (juce::KeyPress::spaceKey));
+    fixture.loop.drain();
+    EXPECT_EQ (fixture.panel->status(), UPDATER_STATUS_READY);
+    EXPECT_EQ (press (juce::KeyPress::downKey), 0u);
+}
+
+TEST (Panel, aScreenReaderReadsWhatIsShown)
+{
+    for (const auto& screen : panelScreens)
+    {
+        SCOPED_TRACE (screen.name);
+        PanelFixture fixture (screen, "fr");
+        juce::String shown;
+
+        for (const auto& glyph : glyphsOf (fixture.panel->getText()))
+            shown += glyph.getCharacter();
+
+        EXPECT_EQ (fixture.panel->getDescription().removeCharacters (" \n"), shown.removeCharacters (" \n"));
+
+        for (const auto* const child : fixture.panel->getChildren())
+            EXPECT_NE (child->getTitle(), "");
+    }
+}
+
 } // namespace
 } // namespace wqv
