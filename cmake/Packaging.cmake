@@ -81,9 +81,9 @@ wqv-package, also in this package, makes, checks, shows and takes apart
 such updates.")
 
 # What the program links to is computed. The toolkit loads these by name when it opens its window; without the first two it
-# does not run. It would load libXss too, only to keep the screen saver away, which this program does not ask for.
+# does not run. The last keeps the screen saver away during an update.
 set (CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set (CPACK_DEBIAN_PACKAGE_DEPENDS "libx11-6, libxext6, libxcursor1, libxinerama1, libxrandr2, libxrender1")
+set (CPACK_DEBIAN_PACKAGE_DEPENDS "libx11-6, libxext6, libxcursor1, libxinerama1, libxrandr2, libxrender1, libxss1")
 set (CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA
     "${PROJECT_SOURCE_DIR}/packaging/debian/postinst;${PROJECT_SOURCE_DIR}/packaging/debian/postrm")
 set (CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)

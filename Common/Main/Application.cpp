@@ -4,6 +4,7 @@
 #include "Application.h"
 
 #include "ExecutableFile.h"
+#include "KeepAwake.h"
 #include "MainWindow.h"
 #include "PreferredLanguages.h"
 
@@ -30,11 +31,13 @@ void Application::initialise (const juce::String& /*commandLine*/)
 
     terminationSignals = std::make_unique<TerminationSignals> ([this] { systemRequestedQuit(); });
     hidService = makeHidService();
-    mainWindow = std::make_unique<MainWindow> (getApplicationName(),
-                                               Updater::Host { .hidService = *hidService,
-                                                               .folder = getExecutableFile().parent_path(),
-                                                               .quit = [this] { systemRequestedQuit(); } },
-                                               preferredLanguages());
+    mainWindow = std::make_unique<MainWindow> (
+        getApplicationName(),
+        Updater::Host { .hidService = *hidService,
+                        .folder = getExecutableFile().parent_path(),
+                        .quit = [this] { systemRequestedQuit(); },
+                        .keepAwake = [this] { return std::make_shared<KeepAwake> (getApplicationName()); } },
+        preferredLanguages());
 }
 
 void Application::shutdown()

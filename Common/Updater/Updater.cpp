@@ -75,6 +75,7 @@ void Updater::updateSequence (UpdaterStatus_t next)
 
     // Whoever leaves an update has not waited for its outcome.
     currentStatus = isLeaving && next == UPDATER_STATUS_COMPLETE ? UPDATER_STATUS_ERROR : next;
+    isAwake = currentStatus == UPDATER_STATUS_UPDATING && host.keepAwake ? host.keepAwake() : nullptr;
     listener.updaterChanged();
 }
 

@@ -49,6 +49,9 @@ public:
         HidService& hidService;       ///< outlives the updater
         std::filesystem::path folder; ///< where the package lies
         std::function<void()> quit;   ///< ends the program; may return at once
+
+        /** Keeps the machine awake while what it returns lives: for an update. None for no such thing. */
+        std::function<std::shared_ptr<void>()> keepAwake {};
     };
 
     /** Loads the package and looks for the controller. A package that is not valid is remembered as such, and then no
@@ -97,6 +100,7 @@ private:
     UpdaterStatus_t currentStatus = UPDATER_STATUS_START;
     bool packageIsValid = false;
     bool isLeaving = false;
+    std::shared_ptr<void> isAwake; ///< keeps the machine so while an update runs
     std::int32_t versionOfDevice = -1;
     std::atomic<double> progressOfUpdate { 0.0 };
 

@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The request to stay awake, made to a logind that does as the test says.
+
+#include "MessageLoop.h"
+#include "SleepInhibitor.h"
+#include "TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+#include <optional>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <systemd/sd-bus.h>
+#include <thread>
+#include <unistd.h>
+
+namespace wqv
+{
+namespace
+{
+
+/** One end of a system bus with logind behind it, for one connection. */
+class FakeLogind
+{
+public:
+    FakeLogind (const std::string& path, bool refusesToUse) : refuses (refusesToUse)
+    {
+        sockaddr_un address { .sun_family = AF_UNIX, .sun_path = {} };
+        path.copy (address.sun_path, sizeof (address.sun_path) - 1);
+        EXPECT_EQ (bind (listener, reinterpret_cast<const sockaddr*> (&address), sizeof (address)), 0);
+        EXPECT_EQ (listen (listener, 1), 0);
+        EXPECT_EQ (pipe (lock.data()), 0);
+        thread = std::thread ([this] { serve(); });
+    }
+
+    ~FakeLogind()
+    {
+        thread.join();
+        close (listener);
+        close (lock[0]);
+    }
+
+    FakeLogind (const FakeLogind&) = delete;
+    FakeLogind& operator= (const FakeLogind&) = delete;
+
+    /** Whether somebody has the descriptor that stands for the lock. */
+    [[nodiscard]] bool isHeld() const
+    {
+        pollfd end { .fd = lock[0], .events = POLLIN, .revents = 0 };
+        return poll (&end, 1, 0) == 0;
+    }
+
+    std::atomic<bool> isOver { false }; ///< the connection has come and gone
+    std::string asked;                  ///< the arguments, once it is over
+
+private:
+    void serve()
+    {
+        sd_bus* bus = nullptr;
+        const auto connection = accept (listener, nullptr, nullptr);
+
+        sd_bus_new (&bus);
+        sd_bus_set_fd (bus, connection, connection);
+        sd_bus_set_server (bus, 1, {});
+        sd_bus_set_anonymous (bus, 1);
+        sd_bus_negotiate_fds (bus, 1);
+        sd_bus_add_filter (bus, nullptr, &FakeLogind::answer, this);
+        sd_bus_start (bus);
+
+        while (sd_bus_process (bus, nullptr) >= 0 && sd_bus_is_open (bus) > 0)
+            sd_bus_wait (bus, UINT64_MAX);
+
+        sd_bus_flush_close_unref (bus);
+        close (lock[1]);
+        isOver = true;
+        juce::MessageManager::callAsync ([] {});
+    }
+
+    static int answer (sd_bus_message* call, void* context, sd_bus_error* /*error*/)
+    {
+        auto& logind = *static_cast<FakeLogind*> (context);
+
+        if (sd_bus_message_is_method_call (call, "org.freedesktop.DBus", "Hello") > 0)
+            return sd_bus_reply_method_return (call, "s", ":1.1");
+
+        if (sd_bus_message_is_method_call (call, "org.freedesktop.login1.Manager", "Inhibit") <= 0)
+            return 0;
+
+        const char* arguments[4] {};
+        sd_bus_message_read (call, "ssss", &arguments[0], &arguments[1], &arguments[2], &arguments[3]);
+
+        for (const auto* const argument : arguments)
+            logind.asked += std::string (argument) + "|";
+
+        return logind.refuses ? sd_bus_reply_method_errorf (call, SD_BUS_ERROR_ACCESS_DENIED, "Not you")
+                              : sd_bus_reply_method_return (call, "h", logind.lock[1]);
+    }
+
+    bool refuses;
+    int listener = socket (AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    std::array<int, 2> lock {};
+    std::thread thread;
+};
+
+struct SleepInhibitorTests : testing::Test
+{
+    SleepInhibitorTests()
+    {
+        setenv ("DBUS_SYSTEM_BUS_ADDRESS",
+                ("unix:path=" + path).c_str(),
+                1); // NOLINT (concurrency-mt-unsafe): no thread yet
+    }
+
+    TemporaryFolder folder;
+    std::string path = folder.path ("bus").string();
+    MessageLoop loop;
+};
+
+TEST_F (SleepInhibitorTests, HoldsLogindsLockWhileItLives)
+{
+    FakeLogind logind (path, false);
+
+    {
+        const SleepInhibitor inhibitor ("Who", "Why");
+        loop.runUntil ([&logind] { return logind.isOver.load(); });
+        EXPECT_EQ (logind.asked, "sleep:idle:handle-lid-switch|Who|Why|block|");
+        EXPECT_TRUE (logind.isHeld());
+    }
+
+    EXPECT_FALSE (logind.isHeld());
+}
+
+TEST_F (SleepInhibitorTests, SaysInOneLineThatItIsRefused)
+{
+    FakeLogind logind (path, true);
+    testing::internal::CaptureStderr();
+    const SleepInhibitor inhibitor ("Who", "Why");
+    loop.runUntil ([&logind] { return logind.isOver.load(); });
+
+    EXPECT_EQ (testing::internal::GetCapturedStderr(),
+               "WQVUpdateProgram: the machine may fall asleep during the update: Not you\n");
+}
+
+TEST_F (SleepInhibitorTests, DoesWithoutABusAndWithoutAnAnswer)
+{
+    testing::internal::CaptureStderr();
+    const SleepInhibitor alone ("Who", "Why");
+    EXPECT_NE (testing::internal::GetCapturedStderr(), "");
+
+    FakeLogind logind (path, false);
+    std::optional<SleepInhibitor> soonGone (std::in_place, "Who", "Why");
+    soonGone.reset();
+    loop.runUntil ([&logind] { return logind.isOver.load(); });
+    EXPECT_FALSE (logind.isHeld());
+}
+
+} // namespace
+} // namespace wqv
