@@ -68,6 +68,10 @@ extern const std::uint8_t warning_png_array[];
 extern const std::int32_t warning_png_length;
 extern const std::uint8_t* const warning_png_pointer;
 
+extern const std::uint8_t wqv_krv20_updater_128_png_array[];
+extern const std::int32_t wqv_krv20_updater_128_png_length;
+extern const std::uint8_t* const wqv_krv20_updater_128_png_pointer;
+
 extern const std::uint8_t wqv_sans_txt_array[];
 extern const std::int32_t wqv_sans_txt_length;
 extern const std::uint8_t* const wqv_sans_txt_pointer;

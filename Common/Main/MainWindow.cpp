@@ -3,6 +3,8 @@
 
 #include "MainWindow.h"
 
+#include "Binary.h"
+
 #include <utility>
 
 namespace wqv
@@ -17,6 +19,8 @@ MainWindow::MainWindow (const juce::String& name, Updater::Host host, std::span<
     centreWithSize (getWidth(), getHeight());
     setAlwaysOnTop (true);
     setWantsKeyboardFocus (false); // but the panel does
+    getPeer()->setIcon (juce::ImageFileFormat::loadFrom (wqv_krv20_updater_128_png_pointer,
+                                                         static_cast<std::size_t> (wqv_krv20_updater_128_png_length)));
     setVisible (true);
 }
 
