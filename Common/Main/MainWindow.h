@@ -23,6 +23,9 @@ public:
     /** Takes the window off the screen at once, whatever keeps the message thread afterwards. */
     void disappear() { content.disappear(); }
 
+    /** Stops a running update, without a look at the display. */
+    void abandonUpdate() { content.abandonUpdate(); }
+
     /** Nothing: the program ends by its buttons, or when the system wants it to. */
     void userTriedToCloseWindow() override {}
 

@@ -45,6 +45,9 @@ public:
     /** Takes the window off the screen at once, whatever keeps the message thread afterwards. */
     void disappear();
 
+    /** Stops a running update, without a look at the display. */
+    void abandonUpdate() { updater.abandon(); }
+
     void paint (juce::Graphics& g) override;
     void resized() override;
     void parentHierarchyChanged() override;

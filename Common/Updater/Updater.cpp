@@ -136,6 +136,12 @@ void Updater::leave()
     quitSequence();
 }
 
+void Updater::abandon()
+{
+    isLeaving = true;
+    engine->worker.stop();
+}
+
 void Updater::leaveFirstScreen()
 {
     const auto connected = engine->hidCtrl.state() != HidCtrl::noDevice;
@@ -156,9 +162,8 @@ void Updater::startUpdate()
 
 void Updater::quitSequence()
 {
-    isLeaving = true;
     listener.updaterLeaving();
-    engine->worker.stop();
+    abandon();
     host.quit();
 }
 

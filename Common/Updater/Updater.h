@@ -79,6 +79,9 @@ public:
     /** The user presses the other button: ends the program. */
     void leave();
 
+    /** Stops a running update as leave() does, but calls nobody: for a program that ends in any case. */
+    void abandon();
+
 private:
     struct Engine;
 

@@ -18,13 +18,22 @@ enum class Way
 {
     leave,
     deletion,
-    both
+    both,
+    abandonment
 };
 
 /** Leaves or deletes the updater in the middle of an update, and checks what everybody notices of it. */
 void end (UpdaterFixture& fixture, Way way)
 {
     fixture.shown.clear();
+
+    if (way == Way::abandonment)
+    {
+        // All is done at once, and nothing is left to the message loop, which may never run again.
+        fixture.updater->abandon();
+        EXPECT_TRUE (fixture.shown.empty() && fixture.leavings == 0 && fixture.quits == 0);
+        return;
+    }
 
     if (way != Way::deletion)
         fixture.pressCancel();
@@ -48,7 +57,7 @@ TEST (Leaving, whileTheWorkerWaitsForTheAnswerToAnyRequest)
 
     for (std::size_t request = 1; request <= smallUpdate.size(); ++request)
     {
-        for (const auto way : { Way::leave, Way::deletion, Way::both })
+        for (const auto way : { Way::leave, Way::deletion, Way::both, Way::abandonment })
         {
             SCOPED_TRACE (testing::Message() << "request " << request << ", way " << static_cast<int> (way));
             UpdaterFixture fixture ("silent@" + std::to_string (request));
