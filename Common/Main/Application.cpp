@@ -3,6 +3,7 @@
 
 #include "Application.h"
 
+#include "DisplayLoss.h"
 #include "ExecutableFile.h"
 #include "KeepAwake.h"
 #include "MainWindow.h"
@@ -29,6 +30,14 @@ void Application::initialise (const juce::String& /*commandLine*/)
         return;
     }
 
+    // The toolkit has connected to the display.
+    displayLoss = std::make_unique<DisplayLoss> (
+        [this]
+        {
+            if (mainWindow != nullptr)
+                mainWindow->abandonUpdate();
+        });
+
     terminationSignals = std::make_unique<TerminationSignals> ([this] { systemRequestedQuit(); });
     hidService = makeHidService();
     mainWindow = std::make_unique<MainWindow> (
@@ -42,9 +51,13 @@ void Application::initialise (const juce::String& /*commandLine*/)
 
 void Application::shutdown()
 {
-    // A write that the system holds may keep the worker for seconds: nobody should have to watch that.
+    // A write that the system holds may keep the worker for seconds: nobody should have to watch that. The display may
+    // still go away, until the update is over.
     if (mainWindow != nullptr)
+    {
         mainWindow->disappear();
+        mainWindow->abandonUpdate();
+    }
 
     mainWindow.reset();
     hidService.reset();

@@ -14,6 +14,7 @@
 namespace wqv
 {
 
+class DisplayLoss;
 class MainWindow;
 
 /** Shows the window and ends with it. The toolkit drives it, on the message thread. */
@@ -46,6 +47,7 @@ private:
     std::unique_ptr<HidService> hidService;
     std::unique_ptr<MainWindow> mainWindow;
     std::unique_ptr<TerminationSignals> terminationSignals;
+    std::unique_ptr<DisplayLoss> displayLoss;
 };
 
 } // namespace wqv

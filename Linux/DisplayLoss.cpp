@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A handler of Xlib, which ends the process by itself if the handler returns, in the middle of everything.
+
+#include "DisplayLoss.h"
+
+#include <X11/Xlib.h>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <iostream>
+#include <unistd.h>
+#include <utility>
+
+namespace wqv
+{
+namespace
+{
+
+/** What the handler calls: it has no other way to learn it. */
+std::function<void()>& stepsBeforeTheEnd()
+{
+    static std::function<void()> steps;
+    return steps;
+}
+
+int handleLoss (Display* /*display*/)
+{
+    // With the display may go the terminal that would show the line.
+    std::signal (SIGPIPE, SIG_IGN);
+
+    if (stepsBeforeTheEnd())
+        stepsBeforeTheEnd()();
+
+    std::cerr << program_invocation_short_name << ": the display has gone away\n";
+
+    // Whatever else would be called at exit counts on the display, and on the place where the thread is.
+    _exit (EXIT_FAILURE);
+}
+
+} // namespace
+
+DisplayLoss::DisplayLoss (std::function<void()> lastSteps)
+{
+    stepsBeforeTheEnd() = std::move (lastSteps);
+    XSetIOErrorHandler (handleLoss);
+}
+
+DisplayLoss::~DisplayLoss()
+{
+    stepsBeforeTheEnd() = nullptr;
+}
+
+} // namespace wqv
