@@ -8,6 +8,7 @@
 #include "KeepAwake.h"
 #include "MainWindow.h"
 #include "PreferredLanguages.h"
+#include "SingleInstance.h"
 
 #include <iostream>
 #include <utility>
@@ -15,7 +16,10 @@
 namespace wqv
 {
 
-Application::Application (HidServiceMaker makerToUse) : makeHidService (std::move (makerToUse)) {}
+Application::Application (HidServiceMaker makerToUse, const SingleInstance* instanceToUse)
+    : makeHidService (std::move (makerToUse)), instance (instanceToUse)
+{
+}
 
 Application::~Application() = default;
 
@@ -47,6 +51,9 @@ void Application::initialise (const juce::String& /*commandLine*/)
                         .quit = [this] { systemRequestedQuit(); },
                         .keepAwake = [this] { return std::make_shared<KeepAwake> (getApplicationName()); } },
         preferredLanguages());
+
+    if (instance != nullptr)
+        juce::LinuxEventLoop::registerFdCallback (instance->descriptor(), [this] (int) { answerInstances(); });
 }
 
 void Application::shutdown()
@@ -57,6 +64,9 @@ void Application::shutdown()
     {
         mainWindow->disappear();
         mainWindow->abandonUpdate();
+
+        if (instance != nullptr)
+            juce::LinuxEventLoop::unregisterFdCallback (instance->descriptor());
     }
 
     mainWindow.reset();
@@ -66,7 +76,7 @@ void Application::shutdown()
 
 const juce::String Application::getApplicationName() // NOLINT (readability-const-return-type): the toolkit's
 {
-    return "WQVUpdateProgram";
+    return name;
 }
 
 const juce::String Application::getApplicationVersion() // NOLINT (readability-const-return-type): the toolkit's
@@ -83,6 +93,13 @@ void Application::anotherInstanceStarted (const juce::String& /*commandLine*/)
 {
     if (mainWindow != nullptr && mainWindow->isVisible())
         mainWindow->toFront (true);
+}
+
+/** An instance that asks while this one is leaving is not answered: it starts when this one is gone. */
+void Application::answerInstances()
+{
+    if (mainWindow != nullptr && mainWindow->isVisible())
+        instance->answer ([this] { anotherInstanceStarted ({}); });
 }
 
 } // namespace wqv

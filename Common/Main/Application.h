@@ -16,6 +16,7 @@ namespace wqv
 
 class DisplayLoss;
 class MainWindow;
+class SingleInstance;
 
 /** Shows the window and ends with it. The toolkit drives it, on the message thread. */
 class Application final : public juce::JUCEApplication
@@ -24,7 +25,11 @@ public:
     /** Makes the HID service, on the message thread, before the window. */
     using HidServiceMaker = std::function<std::unique_ptr<HidService>()>;
 
-    explicit Application (HidServiceMaker makerToUse);
+    /** The program's name, to users and to the system. */
+    static constexpr const char* name = "WQVUpdateProgram";
+
+    /** @param instanceToUse  the first one, which others ask to raise the window; outlives this object; null for none */
+    explicit Application (HidServiceMaker makerToUse, const SingleInstance* instanceToUse = nullptr);
     ~Application() override;
 
     /** Opens the window. Without a display it says so on standard error instead, and the exit status is 1. */
@@ -43,7 +48,10 @@ public:
     void anotherInstanceStarted (const juce::String& commandLine) override;
 
 private:
+    void answerInstances();
+
     HidServiceMaker makeHidService;
+    const SingleInstance* const instance;
     std::unique_ptr<HidService> hidService;
     std::unique_ptr<MainWindow> mainWindow;
     std::unique_ptr<TerminationSignals> terminationSignals;
