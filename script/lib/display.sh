@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# A display of one's own, and a user in front of it: what script/drive-demo starts, looks at and clicks. Nothing here
+# A display of one's own, and a user in front of it: what lib/drive.sh starts, looks at and clicks. Nothing here
 # waits for a fixed time: everything polls a state, and every wait has an end.
 # shellcheck shell=bash
 

@@ -1,0 +1,112 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# What the scripts share that drive a program with mouse and eyes: they set pictures, define one function a run, and call
+# perform. A run calls launch, and expect_end when it has told the program to end.
+# shellcheck shell=bash
+
+: "${pictures:?a folder for pictures and logs}"
+
+for needed in Xvfb openbox xdotool xwininfo import convert; do
+    command -v "$needed" >/dev/null || fail "$needed is not installed: run script/bootstrap"
+done
+
+scratch=$(mktemp -d)
+. "$WQV_ROOT/script/lib/display.sh"
+
+# Within how many milliseconds a program that was told to end must have ended, on a busy machine too.
+end_limit=5000
+
+# shellcheck disable=SC2034 # for the runs
+right_button=(350 140)
+
+# The processes of a run, by name.
+declare -A processes=()
+
+cleanup()
+{
+    [[ -z ${scenario:-} ]] || end_process "$scenario"
+    stop_display
+    rm -rf "$scratch"
+}
+
+trap cleanup EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM HUP
+
+end_processes()
+{
+    local process
+
+    for process in "${processes[@]}"; do
+        end_process "$process"
+    done
+}
+
+has_window_or_ended()
+{
+    is_settled "Updater Program" || has_ended "$program"
+}
+
+# launch COMMAND...: starts the program and waits for its window.
+launch()
+{
+    say "$run: starts"
+    "$@" </dev/null >>"$log" 2>&1 &
+    program=$!
+    processes[program]=$program
+    settled=""
+    last_screen=""
+    wait_until 30 has_window_or_ended || true
+    [[ -n $settled ]] || fail "$run: no window: $(tail -n 5 "$log")"
+}
+
+expect_log()
+{
+    wait_until "$1" has_line "$log" "$2" || fail "$run: the log does not say '$2': $(tail -n 5 "$log")"
+    say "  $(grep -E -m 1 -- "$2" "$log")"
+}
+
+# expect_end WHY [STATUS]: the program, told at told_at, ends soon, as it should, and has obeyed the protocol.
+expect_end()
+{
+    local status=0 took
+    wait_until 20 has_ended "$program" || fail "$run: $1 does not end the program"
+    took=$(($(milliseconds) - told_at))
+    wait "$program" || status=$?
+    unset 'processes[program]'
+
+    ((status == ${2:-0})) || fail "$run: ended with status $status: $(tail -n 5 "$log")"
+    ((took <= end_limit)) || fail "$run: took $took ms to end"
+    ! has_line "$log" 'host error|permission denied' || fail "$run: $(grep -E 'host error|permission' "$log")"
+    say "  ended by $1 within $took ms"
+}
+
+# perform RUN...: one after another, each in a subshell, so that one that fails ends there, with its processes.
+perform()
+{
+    local failed=0
+    start_display
+
+    # The program sees an English user's surroundings, and none of this user's own settings.
+    mkdir -m 700 "$scratch/home" "$scratch/run"
+    export HOME=$scratch/home XDG_RUNTIME_DIR=$scratch/run XDG_CONFIG_HOME=$scratch/home LC_ALL=C.UTF-8 LANGUAGE=en
+    unset DBUS_SESSION_BUS_ADDRESS
+
+    for run in "$@"; do
+        log=$pictures/${run//_/-}.log
+        (
+            set -E
+            trap 'fail "$run: line $LINENO: $BASH_COMMAND"' ERR
+            trap end_processes EXIT
+            trap 'exit 143' TERM
+            : >"$log"
+            "$run"
+        ) &
+        scenario=$!
+        wait "$scenario" || failed=$((failed + 1))
+        scenario=""
+    done
+
+    say "pictures and logs are in $pictures"
+    ((failed == 0)) || fail "$failed of $# runs"
+    say "PASSED: $# runs"
+}
