@@ -57,7 +57,12 @@ void AlineButton::ignoreHeldKeys()
 
 bool AlineButton::keyStateChanged (bool isAnyDown)
 {
-    m_ignoresHeldKeys = m_ignoresHeldKeys && isPressingKeyDown();
+    if (m_ignoresHeldKeys && ! isPressingKeyDown())
+    {
+        m_ignoresHeldKeys = false;
+        m_releasedAt = juce::Time::getMillisecondCounter();
+    }
+
     return Button::keyStateChanged (isAnyDown);
 }
 
@@ -65,6 +70,13 @@ bool AlineButton::keyPressed (const juce::KeyPress& key)
 {
     if (! key.isKeyCode (juce::KeyPress::returnKey) && ! key.isKeyCode (juce::KeyPress::spaceKey))
         return false;
+
+    // The system repeats a key that is held, and what comes of that may look like a release and a press, faster than any
+    // hand.
+    constexpr juce::uint32 repeatGap = 50;
+
+    if (juce::Time::getMillisecondCounter() - m_releasedAt < repeatGap)
+        m_ignoresHeldKeys = true;
 
     if (! m_ignoresHeldKeys)
         triggerClick();

@@ -50,6 +50,7 @@ private:
     juce::String m_fontName;
     int m_style = juce::Font::plain;
     bool m_ignoresHeldKeys = false;
+    juce::uint32 m_releasedAt = 0; ///< when such a key was, on the toolkit's clock in milliseconds
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (AlineButton)
 };

@@ -51,6 +51,7 @@ MainComponent::MainComponent (Updater::Host host, std::span<const std::string> p
     langs.setLookAndFeel (&langLookAndFeel);
     langs.addListener (this);
     langs.setWantsKeyboardFocus (false);
+    langs.setMouseClickGrabsKeyboardFocus (false); // which would go to the panel
     addLanguages();
 
     addAndMakeVisible (progressBar);
@@ -62,6 +63,7 @@ MainComponent::MainComponent (Updater::Host host, std::span<const std::string> p
     addButton (cancelButton);
 
     setWantsKeyboardFocus (true);
+    setMouseClickGrabsKeyboardFocus (false);
     setFocusContainerType (FocusContainerType::keyboardFocusContainer); // so that Tab goes round between the buttons
     setSize (panelWidth, panelHeight);
 }
@@ -255,21 +257,23 @@ void MainComponent::focusAction()
     if (focusIsDue)
         return;
 
-    for (auto* const button : { &okButton, &cancelButton })
-        button->ignoreHeldKeys();
+    auto* const action = updater.status() == UPDATER_STATUS_START             ? &okButton
+                         : cancelButton.isVisible() && ! okButton.isVisible() ? &cancelButton
+                                                                              : nullptr;
 
-    if (updater.status() == UPDATER_STATUS_START)
-        okButton.grabKeyboardFocus();
-    else if (cancelButton.isVisible() && ! okButton.isVisible())
-        cancelButton.grabKeyboardFocus();
-    else
+    if (action == nullptr)
+    {
         grabKeyboardFocus();
+        return;
+    }
+
+    action->ignoreHeldKeys();
+    action->grabKeyboardFocus();
 }
 
 void MainComponent::focusGained (FocusChangeType /*cause*/)
 {
-    if (focusIsDue)
-        focusAction();
+    focusAction();
 }
 
 void MainComponent::focusOfChildComponentChanged (FocusChangeType /*cause*/)

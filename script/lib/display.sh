@@ -121,8 +121,8 @@ shoot()
     timeout 20 import -silent -window "${2:-$window}" "$1" 2>/dev/null
 }
 
-# The part of the window above the buttons, which change their look under the mouse.
-above_buttons=420x128+0+0
+# The part of the window above the buttons, which change their look under the mouse, and have a line around them.
+above_buttons=420x124+0+0
 
 # has_button PICTURE: there is something at the right-hand button's place, which every screen has but the running update's.
 has_button()
@@ -170,6 +170,14 @@ click()
     # shellcheck disable=SC2034 # expect_end reads it
     told_at=$(milliseconds)
     timeout 5 xdotool mousemove --window "$window" "$1" "$2" click 1 || fail "no click at $1,$2"
+}
+
+# press KEY...: one after another, for the program; notes when, in told_at.
+press()
+{
+    # shellcheck disable=SC2034 # expect_end reads it
+    told_at=$(milliseconds)
+    timeout 5 xdotool key "$@" || fail "no key $*"
 }
 
 has_menu()
