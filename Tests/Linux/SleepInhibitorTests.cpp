@@ -110,9 +110,8 @@ struct SleepInhibitorTests : testing::Test
 {
     SleepInhibitorTests()
     {
-        setenv ("DBUS_SYSTEM_BUS_ADDRESS",
-                ("unix:path=" + path).c_str(),
-                1); // NOLINT (concurrency-mt-unsafe): no thread yet
+        // NOLINTNEXTLINE (concurrency-mt-unsafe): no other thread is there yet
+        setenv ("DBUS_SYSTEM_BUS_ADDRESS", ("unix:path=" + path).c_str(), 1);
     }
 
     TemporaryFolder folder;
