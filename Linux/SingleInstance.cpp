@@ -32,8 +32,7 @@ constexpr auto unheardPause = 10ms;
 /** How long to queue at a name; longer than an instance needs to accept those before. */
 constexpr timeval queueLimit { .tv_sec = 0, .tv_usec = 250'000 };
 
-/** How many wait without a refusal, and how many are answered at a time: a flood of them takes no more descriptors. */
-constexpr int waitingLimit = 64;
+/** How many are answered at a time: a flood of them takes no more descriptors. */
 constexpr int answersAtOnce = 16;
 
 /** Closes with its owner. */
@@ -125,7 +124,7 @@ SingleInstance::Start SingleInstance::start (std::chrono::milliseconds limit)
         const auto name = nameOf (number);
         auto reply = Reply::ended;
 
-        for (int unheard = 0; reply != Reply::stranger && unheard < unheardTries;)
+        for (int asked = 0, unheard = 0; reply != Reply::stranger && unheard < unheardTries; ++asked)
         {
             if (take (name))
                 return Start::first;
@@ -138,7 +137,9 @@ SingleInstance::Start SingleInstance::start (std::chrono::milliseconds limit)
             if (reply == Reply::none || (reply == Reply::ended && Clock::now() >= end))
                 return Start::noAnswer;
 
-            if (reply == Reply::unheard && ++unheard > 1)
+            unheard += reply == Reply::unheard ? 1 : 0;
+
+            if (asked > 0)
                 poll (nullptr, 0, static_cast<int> (unheardPause.count()));
         }
     }
@@ -155,7 +156,7 @@ bool SingleInstance::take (const std::string& name)
 {
     auto socket = makeSocket (SOCK_NONBLOCK);
 
-    if (withAddress (bind, socket.get(), name) != 0 || listen (socket.get(), waitingLimit) != 0)
+    if (withAddress (bind, socket.get(), name) != 0 || listen (socket.get(), SOMAXCONN) != 0)
         return false;
 
     listener = socket.release();

@@ -16,8 +16,9 @@ namespace wqv
     goes with the process, however that ends.
 
     An instance never reads what another one sends, and listens only to processes of its own user. So all that a process
-    can bring about here is that the window is raised. Another user who takes the names first can bring about that two
-    instances do not know of each other, nothing else.
+    can do to it here is to have its window raised. A process of the same user that takes the name first can keep the program
+    from starting, which it could in many ways. Another user who takes the names first, or queues at one by the thousand
+    while nobody answers there, can bring about that two instances do not know of each other, nothing else.
 */
 class SingleInstance
 {

@@ -89,6 +89,9 @@ void SleepInhibitor::talk()
     while (status > 0 && ! isAnswered)
         status = sd_bus_process (bus.get(), nullptr);
 
+    if (status < 0 && ! isAnswered)
+        complain (std::strerror (-status)); // NOLINT (concurrency-mt-unsafe): only this thread asks
+
     if (status < 0 || isAnswered)
         hangUp();
 }

@@ -16,7 +16,7 @@ namespace wqv
     wants that, and why. The kernel gives it back if the process ends in any other way.
 
     It never waits: logind is asked in the background of the message loop. If it refuses or is not there, one line on
-    standard error says so, and that is all. Message thread only.
+    standard error says so, and that is all; one that never answers is not complained of. Message thread only.
 */
 class SleepInhibitor
 {

@@ -46,7 +46,11 @@ void AlineButton::paintButton (juce::Graphics& g, bool isMouseOver, bool isButto
 
 bool AlineButton::isPressingKeyDown()
 {
+    // The toolkit reports the Enter of the keypad as Return, but knows it by another code here.
+    constexpr int keypadEnter = 0x1000008d;
+
     return juce::KeyPress::isKeyCurrentlyDown (juce::KeyPress::returnKey)
+           || juce::KeyPress::isKeyCurrentlyDown (keypadEnter)
            || juce::KeyPress::isKeyCurrentlyDown (juce::KeyPress::spaceKey);
 }
 
@@ -78,8 +82,9 @@ bool AlineButton::keyPressed (const juce::KeyPress& key)
     if (juce::Time::getMillisecondCounter() - m_releasedAt < repeatGap)
         m_ignoresHeldKeys = true;
 
+    // At once, not by a message: a second key may be waiting already, and is to meet what the click has brought.
     if (! m_ignoresHeldKeys)
-        triggerClick();
+        internalClickCallback (key.getModifiers());
 
     return true;
 }

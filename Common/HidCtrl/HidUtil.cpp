@@ -166,6 +166,13 @@ bool HidUtil::checkID (const HidDevice& device)
     if (result != HidService::OpenResult::ok)
         return false;
 
+    // Opening takes time, in which another thread may have sent something.
+    if (m_device && ! isBetterInterface (device))
+    {
+        connection->stopInput();
+        return false;
+    }
+
     deviceRemoval();
     m_device = device;
     const std::scoped_lock guard (m_connectionLock);

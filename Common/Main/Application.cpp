@@ -3,6 +3,7 @@
 
 #include "Application.h"
 
+#include "CurrentDesktop.h"
 #include "DisplayLoss.h"
 #include "ExecutableFile.h"
 #include "KeepAwake.h"
@@ -91,8 +92,13 @@ bool Application::moreThanOneInstanceAllowed()
 
 void Application::anotherInstanceStarted (const juce::String& /*commandLine*/)
 {
-    if (mainWindow != nullptr && mainWindow->isVisible())
-        mainWindow->toFront (true);
+    if (mainWindow == nullptr || ! mainWindow->isVisible())
+        return;
+
+    if (const auto* const peer = mainWindow->getPeer())
+        bringToCurrentDesktop (reinterpret_cast<unsigned long> (peer->getNativeHandle()));
+
+    mainWindow->toFront (true);
 }
 
 /** An instance that asks while this one is leaving is not answered: it starts when this one is gone. */

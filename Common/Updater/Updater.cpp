@@ -75,7 +75,12 @@ void Updater::updateSequence (UpdaterStatus_t next)
 
     // Whoever leaves an update has not waited for its outcome.
     currentStatus = isLeaving && next == UPDATER_STATUS_COMPLETE ? UPDATER_STATUS_ERROR : next;
-    isAwake = currentStatus == UPDATER_STATUS_UPDATING && host.keepAwake ? host.keepAwake() : nullptr;
+
+    if (currentStatus != UPDATER_STATUS_UPDATING)
+        isAwake.reset();
+    else if (isAwake == nullptr && host.keepAwake)
+        isAwake = host.keepAwake();
+
     listener.updaterChanged();
 }
 

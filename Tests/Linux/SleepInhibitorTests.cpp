@@ -119,7 +119,7 @@ struct SleepInhibitorTests : testing::Test
     MessageLoop loop;
 };
 
-TEST_F (SleepInhibitorTests, HoldsLogindsLockWhileItLives)
+TEST_F (SleepInhibitorTests, holdsLogindsLockWhileItLives)
 {
     FakeLogind logind (path, false);
 
@@ -133,7 +133,7 @@ TEST_F (SleepInhibitorTests, HoldsLogindsLockWhileItLives)
     EXPECT_FALSE (logind.isHeld());
 }
 
-TEST_F (SleepInhibitorTests, SaysInOneLineThatItIsRefused)
+TEST_F (SleepInhibitorTests, saysInOneLineThatItIsRefused)
 {
     FakeLogind logind (path, true);
     testing::internal::CaptureStderr();
@@ -144,7 +144,7 @@ TEST_F (SleepInhibitorTests, SaysInOneLineThatItIsRefused)
                "WQVUpdateProgram: the machine may fall asleep during the update: Not you\n");
 }
 
-TEST_F (SleepInhibitorTests, DoesWithoutABusAndWithoutAnAnswer)
+TEST_F (SleepInhibitorTests, doesWithoutABusAndWithoutAnAnswer)
 {
     testing::internal::CaptureStderr();
     const SleepInhibitor alone ("Who", "Why");

@@ -95,8 +95,8 @@ geometry()
              /^ *Width:/ { w = $NF } /^ *Height:/ { h = $NF } END { print w, h, x, y }'
 }
 
-# is_settled TITLE: there is one window with that title, and it was there unchanged the last time too; sets window. The
-# toolkit makes a window anew while it gives it its title bar.
+# is_settled TITLE: there is one window with that title, and it was there unchanged the last time too; sets window. A
+# window manager may still move it.
 is_settled()
 {
     local before=${settled:-}

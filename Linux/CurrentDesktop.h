@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The desktop that the user is looking at, of the several that a window manager may have.
+
+#pragma once
+
+namespace wqv
+{
+
+/** Asks the window manager to put a window onto the current desktop, over a connection of its own. Where there are no
+    several desktops, or no window manager, nothing happens. Does not wait for it to happen. */
+void bringToCurrentDesktop (unsigned long window);
+
+} // namespace wqv
