@@ -45,25 +45,19 @@ TEST_F (HidCtrlTest, aControllerComesLater)
     ASSERT_TRUE (session.initialize (handler, 1));
     expect (HidCtrl::noDevice, 0, "");
     EXPECT_FALSE (session.setData (request));
-    EXPECT_FALSE (session.deviceOutput (request));
-    expect (HidCtrl::noDevice, 0, "");
 
     const auto device = plugIn (1, 0, &controller);
     expect (HidCtrl::connected, 100, "m");
     EXPECT_TRUE (session.deviceOutput (enterUpdateModeRequest()));
     expect (HidCtrl::connected, 100, "");
 
-    for (std::size_t sent = 2; sent <= 3; ++sent)
-    {
-        EXPECT_TRUE (session.setData (enterUpdateModeRequest()));
-        expect (HidCtrl::requestSent, 100, "");
-        EXPECT_EQ (controller.requestCount(), sent);
-    }
+    EXPECT_TRUE (session.setData (enterUpdateModeRequest()));
+    expect (HidCtrl::requestSent, 100, "");
 
     service.unplug (device);
     expect (HidCtrl::noDevice, 0, "r");
     EXPECT_FALSE (session.setData (request));
-    EXPECT_EQ (controller.requestCount(), 3u);
+    EXPECT_EQ (controller.requestCount(), 2u);
 }
 
 TEST_F (HidCtrlTest, beforeTheFirstRequestAnotherControllerReplacesItSilently)
@@ -78,15 +72,10 @@ TEST_F (HidCtrlTest, beforeTheFirstRequestAnotherControllerReplacesItSilently)
 
     service.unplug (first);
     expect (HidCtrl::connected, 210, "m");
-    EXPECT_TRUE (session.deviceMatching());
-    EXPECT_EQ (session.deviceVersion(), 210);
     EXPECT_TRUE (session.inputReport().empty());
 
     service.deliver (second, Bytes { 4 });
     expect (HidCtrl::connected, 210, "i");
-    service.unplug (second);
-    expect (HidCtrl::noDevice, 0, "r");
-    EXPECT_TRUE (session.inputReport().empty());
 }
 
 TEST_F (HidCtrlTest, afterARequestARemovalEndsTheSession)
@@ -109,12 +98,8 @@ TEST_F (HidCtrlTest, afterARequestARemovalEndsTheSession)
     EXPECT_TRUE (session.deviceMatching());
     EXPECT_FALSE (session.setData (request));
     EXPECT_EQ (controller.requestCount(), 0u);
-    expect (HidCtrl::noDevice, 0, "");
     service.unplug (second);
     expect (HidCtrl::noDevice, 0, "r");
-
-    plugIn (3, 0x0311);
-    expect (HidCtrl::connected, 311, "m");
 }
 
 TEST_F (HidCtrlTest, aShortReportLeavesTheRestOfTheLastOne)
@@ -143,13 +128,8 @@ TEST_F (HidCtrlTest, nothingIsHeardAfterTheEnd)
     const auto device = plugIn (1, 0x0105);
     ASSERT_TRUE (session.initialize (handler, 1));
 
-    {
-        HidCtrl second (service);
-        NotingHandler nobody;
-        EXPECT_FALSE (second.initialize (nobody, 1));
-        EXPECT_FALSE (second.deviceMatching() || second.setData (request) || second.deviceVersion() != 0);
-    }
-
+    // A second session is refused, and its end is not that of the first.
+    EXPECT_FALSE (HidCtrl (service).initialize (handler, 1));
     service.deliver (device, request);
     expect (HidCtrl::connected, 105, "i");
 
