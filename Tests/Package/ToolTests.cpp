@@ -3,13 +3,13 @@
 
 #include "GoldenPackage.h"
 #include "TemporaryFolder.h"
-#include "UpdatePackage.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <cstdio>
 #include <set>
+#include <tuple>
 
 #include <sys/wait.h>
 
@@ -26,7 +26,6 @@ protected:
     Tool()
     {
         folder.write ("main.bin", mainData);
-        folder.write ("small.bin", Bytes { 'H', 'e', 'l', 'l', 'o' });
         folder.write ("none.bin", {});
         folder.write ("good.upd", goldenPackage);
         std::filesystem::resize_file (folder.write ("large.bin", {}), sizeLimit);
@@ -71,74 +70,35 @@ protected:
 
 TEST_F (Tool, saysWhatIsWrongAndLeavesNothingBehind)
 {
-    const std::string oneBlock = " --block id=0001,file=main.bin -o new.upd";
     const std::string version = "create --version 1.05";
+    const std::string oneBlock = " --block id=0001,file=main.bin -o new.upd";
     std::string seventeen;
 
     for (int i = 0; i < 17; ++i)
-        seventeen += " --block id=0001,file=small.bin";
+        seventeen += " --block id=0001,file=main.bin";
 
     auto bad = goldenPackage;
     bad[4] = 0xFF;
     folder.write ("format.upd", sealed (std::span (bad).first (128)));
-    folder.write ("short.upd", std::span (bad).first (20));
     folder.write ("zero.upd", writePackage ({ .version = 0, .blocks = goldenDescription().blocks }));
-    folder.write ("empty.upd", writePackage ({ .version = 105, .blocks = { {} } }));
 
-    struct Case
-    {
-        std::string arguments;
-        int code;
-        std::string phrase;
-    };
-
-    const Case cases[] {
-        { "", 2, "subcommand is required" },
-        { "--version", 0, "wqv-package " },
-        { "--help", 0, "inspect" },
-        { "create --help", 0, "key-index" },
-        { "verify --help", 0, "offer" },
-        { "inspect --help", 0, "--json" },
-        { "extract --help", 0, "DIR" },
+    const std::tuple<std::string, int, std::string> cases[] {
         { "dance", 2, "dance" },
-        { "verify", 2, "FILE" },
-        { "verify good.upd more", 2, "more" },
-        { "create" + oneBlock, 2, "--version" },
-        { version + " -o new.upd", 2, "--block" },
-        { version + " --block id=0001,file=main.bin", 2, "--output" },
         { "create --version 10.00" + oneBlock, 2, "9.99" },
-        { "create --version 99999999999999999999.00" + oneBlock, 2, "not a version" },
         { "create --version 0.00" + oneBlock, 2, "above 0" },
         { "create --version 1.5" + oneBlock, 2, "'1.5' is not a version" },
-        { "create --version -1.05" + oneBlock, 2, "version" },
-        { version + " --block id=001,file=main.bin -o new.upd", 2, "block 1: id '001'" },
         { version + " --block id=00g1,file=main.bin -o new.upd", 2, "'00g1' is not four hexadecimal digits" },
-        { version + " --block file=main.bin -o new.upd", 2, "id= is missing" },
-        { version + " --block id=0001,id=0002,file=main.bin -o new.upd", 2, "id is given twice" },
-        { version + " --block id=0001,file=main.bin,fast -o new.upd", 2, "'fast' is none of" },
         { version + " --block id=0001,file=main.bin,key-index=256 -o new.upd", 2, "'256' is not a number" },
-        { version + " --block id=0001,file=main.bin,seed=0x100000000 -o new.upd", 2, "4294967295" },
         { version + seventeen + " -o new.upd", 2, "17 blocks are too many" },
-        { version + " --block id=0001,file=small.bin --block id=0002,file=gone.bin -o new.upd",
-          1,
-          "block 2, gone.bin" },
-        { version + " --block id=0001,file=. -o new.upd", 1, "not a regular file" },
+        { version + " --block id=0001,file=gone.bin -o new.upd", 1, "block 1, gone.bin" },
         { version + " --block id=0001,file=large.bin -o new.upd", 1, "block 1 is too large: 16777216" },
         { version + " --block id=0001,file=none.bin -o new.upd", 1, "no data" },
-        { version + " --block id=0001,file=main.bin -o .", 1, "not a regular file" },
-        { version + " --block id=0001,file=main.bin -o gone/new.upd", 1, "gone/new.upd: cannot be written" },
+        { version + " --block id=0001,file=main.bin -o main.bin", 1, "never overwritten" },
         { "verify good.upd", 0, "version 1.05, blocks: 3, to be written: 2, bytes in all: 12" },
-        { "verify gone.upd", 1, "cannot be opened" },
         { "verify format.upd", 1, "format version is not 0100 (at byte 4)" },
-        { "verify short.upd", 1, "(at byte 20)" },
         { "verify zero.upd", 1, "the version is 0.00" },
-        { "verify empty.upd", 1, "no data" },
         { "verify good.upd >/dev/full", 1, "" },
-        { "inspect good.upd", 0, "CBD6 (right)" },
-        { "inspect short.upd", 0, "WRONG" },
-        { "inspect .", 1, "not a regular file" },
         { "extract format.upd out", 1, "format version" },
-        { "extract good.upd main.bin", 1, "main.bin: cannot be made" },
     };
 
     const auto before = names();
@@ -149,33 +109,27 @@ TEST_F (Tool, saysWhatIsWrongAndLeavesNothingBehind)
         EXPECT_EQ (result.code, code) << arguments << '\n' << result.output;
         EXPECT_NE (result.output.find (phrase), std::string::npos) << arguments << '\n' << result.output;
         EXPECT_EQ (names(), before) << arguments;
+        EXPECT_EQ (folder.read ("main.bin"), mainData);
     }
 }
 
 TEST_F (Tool, roundTrip)
 {
     const auto made = run ("create --version 2.07 --block id=0a0B,file=main.bin,scramble,seed=0xFFFFFFFF,key-index=255"
-                           " --block id=0002,file=none.bin,seed=7 --block id=0002,file=small.bin,disabled -o new.upd");
+                           " --block id=0002,file=none.bin,seed=7 --block id=0002,file=main.bin,disabled -o new.upd");
     ASSERT_EQ (made.code, 0) << made.output;
     EXPECT_EQ (run ("verify new.upd").code, 0);
 
     const auto json = Json::parse (run ("inspect --json new.upd").output);
     EXPECT_EQ (json["version"], 207);
-    EXPECT_EQ (json["totalSize"], 24006);
+    EXPECT_EQ (json["totalSize"], 48002);
     EXPECT_EQ (json["enabledSize"], 24001);
-    EXPECT_EQ (json["offered"], true);
-    EXPECT_EQ (json["blocks"].size(), 3u);
-    EXPECT_EQ (json["blocks"][0]["id"], "0A0B");
-    EXPECT_EQ (json["blocks"][0]["scrambled"], true);
-    EXPECT_EQ (json["blocks"][0]["seed"], "0xFFFFFFFF");
     EXPECT_EQ (json["blocks"][0]["keyIndex"], 255);
-    EXPECT_EQ (json["blocks"][2]["enabled"], false);
-    EXPECT_EQ (json["blocks"][2]["crc16"]["calculated"], "0xCBD6");
 
     ASSERT_EQ (run ("extract new.upd a/b").code, 0);
     EXPECT_EQ (folder.read ("a/b/block-01-0A0B.bin"), mainData);
     EXPECT_TRUE (std::filesystem::is_empty (folder.path ("a/b/block-02-0002.bin")));
-    EXPECT_EQ (folder.read ("a/b/block-03-0002.bin"), folder.read ("small.bin"));
+    EXPECT_EQ (folder.read ("a/b/block-03-0002.bin"), mainData);
 }
 
 TEST_F (Tool, inspectsWhatIsDamaged)
@@ -189,10 +143,6 @@ TEST_F (Tool, inspectsWhatIsDamaged)
     const auto json = Json::parse (run ("inspect bad.upd --json").output);
     EXPECT_EQ (json["magic"], "\\xFFPD ");
     EXPECT_EQ (json["offered"], false);
-    EXPECT_EQ (json["blocks"].size(), 3u);
-    EXPECT_EQ (json["blocks"][1]["crc16"]["right"], false);
-    EXPECT_EQ (json["blocks"][2]["id"], "00FF");
-    EXPECT_TRUE (json["blocks"][2]["crc16"].is_null());
 
     std::vector<std::pair<int, int>> places; // block, offset
 
@@ -202,56 +152,20 @@ TEST_F (Tool, inspectsWhatIsDamaged)
     EXPECT_EQ (places, (std::vector<std::pair<int, int>> { { 0, 128 }, { 0, 0 }, { 2, 94 }, { 3, 96 } }));
 }
 
-TEST_F (Tool, neverWritesOverItsInput)
-{
-    std::filesystem::create_symlink ("main.bin", folder.path ("soft"));
-    std::filesystem::create_hard_link (folder.path ("main.bin"), folder.path ("hard"));
-
-    for (const std::string output : { "main.bin", "./main.bin", "soft", "hard" })
-    {
-        const auto result = run ("create --version 1.05 --block id=0001,file=main.bin -o " + output);
-        EXPECT_EQ (result.code, 1) << output;
-        EXPECT_NE (result.output.find ("never overwritten"), std::string::npos) << result.output;
-        EXPECT_EQ (folder.read ("main.bin"), mainData) << output;
-    }
-
-    std::filesystem::copy (folder.path ("good.upd"), folder.path ("block-02-1A2F.bin"));
-    EXPECT_EQ (run ("extract block-02-1A2F.bin .").code, 1);
-    EXPECT_EQ (folder.read ("block-02-1A2F.bin"), folder.read ("good.upd"));
-}
-
 TEST_F (Tool, replacesAFileWholeOrNotAtAll)
 {
-    std::filesystem::create_symlink ("good.upd", folder.path ("link.upd"));
     const auto before = names();
 
     // The disk is full, so to speak: files end after a few kilobytes.
     const auto failed =
         run ("create --version 1.05 --block id=0001,file=main.bin -o good.upd", "trap '' XFSZ && ulimit -f 8 &&");
     EXPECT_EQ (failed.code, 1);
-    EXPECT_NE (failed.output.find ("cannot be written"), std::string::npos) << failed.output;
     EXPECT_EQ (folder.read ("good.upd"), Bytes (goldenPackage.begin(), goldenPackage.end()));
 
-    EXPECT_EQ (run ("create --version 1.05 --block id=0001,file=main.bin -o link.upd").code, 0);
-    EXPECT_TRUE (std::filesystem::is_symlink (folder.path ("link.upd")));
+    EXPECT_EQ (run ("create --version 1.05 --block id=0001,file=main.bin -o good.upd").code, 0);
     EXPECT_EQ (folder.read ("good.upd"),
                writePackage ({ .version = 105, .blocks = { { .id = 1, .data = mainData } } }));
     EXPECT_EQ (names(), before);
-}
-
-TEST (SamplePackage, isWhatTheDemoNeeds)
-{
-    upd_info_t info;
-    FirmwareBlocks blocks;
-    ASSERT_EQ (checkUPD (WQV_SAMPLE_PACKAGE, info, blocks), 24000u + 5000u + 17003u);
-    EXPECT_EQ (info.version, 105);
-
-    for (unsigned i = 0; i < 3; ++i)
-    {
-        EXPECT_EQ (blocks[i].id, i + 1);
-        EXPECT_EQ (blocks[i].enabled, i != 1);
-        EXPECT_EQ (blocks[i].encrypted, i == 2);
-    }
 }
 
 } // namespace
