@@ -35,26 +35,15 @@ TEST (Scenarios, requestsLimitsAndResult)
 
         { "notYet@1-14",        true,  fifteen + "01333131332" },
         { "notYet@1-15",        false, fifteen },
-        { "wrong@1-14:0xF8",    true,  fifteen + "01333131332" },
         { "silent@1-15",        false, fifteen, Seconds (15, 10) },
         { "late@1:10001",       true,  "4401333131332" },
-        { "refuse@1",           false, "4" },
         { "notYet@1,refuse@2",  false, "44" },
-        { "unplug@1",           false, fifteen },
-        { "replug@1:5000",      true,  "44401333131332" },
-        { "replug@1,wrong@1:9", true,  "4401333131332" },
         { "brief@1,notYet@1",   true,  "4401333131332" },
-        { "silent@1,wrong@1:9", true,  "4401333131332" },
-
         { "wrong@2:0xF6",       false, "40" },
-        { "silent@2",           false, "40", { 10, 10 } },
         { "late@2:9999",        true,  "401333131332" },
-        { "replug@2",           false, "40" },
 
         { "wrong@3:0xF8",       true,  "401131332" },
-        { "wrong@9:0xF7",       true,  "4013331312" },
         { "wrong@3:0",          false, "4012" },
-        { "silent@7",           false, "40133312" },
         { "late@7:9999",        true,  "401333131332" },
         { "late@7:10001",       false, "40133312" },
         { "unplug@9",           false, "4013331312", { 10, 10, 10, 180, 180, 180, 10, 180, 10, 10 } },
@@ -66,23 +55,18 @@ TEST (Scenarios, requestsLimitsAndResult)
         { "wrong@6:0xF9",       false, "4013332" },
         { "wrong@6:0xFE",       true,  "401333131332" },
         { "wrong@11:0xFB",      true,  "401333131332" },
-        { "silent@5",           false, "401332" },
         { "busy@4:3",           true,  "40132", { 10, 10, 10, 180, 20, 20, 20, 10 }, { .write = 19999ms }, { 126 } },
         { "busy@4:1",           false, "40132", { 10, 10, 10, 180, 20, 10 },         { .write = 20001ms } },
         { "busy@5:9,wrong@5:0", false, "401332" },
 
         { "wrong@12:0xF9",      false, "401333131332" },
-        { "silent@12",          false, "401333131332" },
         { "late@12:9999",       true,  "401333131332" },
         { "silent@13",          false, "4013331313322", {}, { .busyPolls = 2 } },
         { "",                   true,  "401333131332" + std::string (200, '2'), {}, { .busyPolls = 200 } },
 
-        { "", false, "",       {}, {}, {} },
         { "", false, "",       {}, {}, { 0, 0 } },
         { "", true,  "402",    {}, {}, { -10, -20 } },
         { "", true,  "401132", {}, {}, { 0, 5 } },
-        { "silent@4", false, "40112", {}, {}, { 0, 5 } },
-        { "", true,  "40132",  {}, {}, { 126 } },
         { "", true,  "401332", {}, {}, { 127 } },
     };
     // clang-format on
@@ -119,10 +103,7 @@ TEST (Scenarios, anAnswerFromBeforeCountsForUpdateModeAlone)
         std::string codes;
     };
 
-    const Case cases[] { { { 0xF6, 1 }, true, "40132" },
-                         { { 0xF6, 2 }, false, "4" },
-                         { { 0xF6, 0 }, true, "440132" },
-                         { { 0xF8, 0 }, true, "440132" } };
+    const Case cases[] { { { 0xF6, 1 }, true, "40132" }, { { 0xF6, 2 }, false, "4" }, { { 0xF6, 0 }, true, "440132" } };
 
     for (const auto& [before, result, codes] : cases)
     {
@@ -147,44 +128,47 @@ TEST (Scenarios, progressIsTheControllersOwnFigure)
     beyond.link.schedule ({ .delay = 500ms, .report = { 0xF7, 150 } });
     EXPECT_FALSE (beyond.run());
     EXPECT_EQ (beyond.link.progress, (Fractions { 0, 1.5, 1.0 }));
-
-    Conversation unfinished ({ 126 }, *parseFaultScript ("wrong@5:0xF6"));
-    EXPECT_FALSE (unfinished.run());
-    EXPECT_EQ (unfinished.link.progress, (Fractions { 0, 1.0 }));
 }
 
-TEST (Scenarios, signalsOfAutomaticUpdateMode)
+TEST (Scenarios, theControllerNotesWhatTheHostDoesWrong)
 {
-    struct Case
+    Conversation package ({ 127 });
+    const auto& data = package.blocks[0].data;
+    const auto mode = enterUpdateModeRequest();
+    const auto summary = packageSummaryRequest (package.info, package.blocks);
+    const auto header = blockHeaderRequest (1, 127);
+    const auto first = blockDataRequest (1, data, 0);
+    const auto last = blockDataRequest (1, data, 1);
+    const auto end = finishRequest();
+
+    const auto changed = [] (Request request, std::size_t byte)
     {
-        int signals;
-        int gap;
-        bool result;
-        std::size_t waits;
+        request[byte] ^= 1;
+        return request;
     };
 
-    for (const auto& [signals, gap, result, waits] :
-         std::vector<Case> { { 10, 999, true, 10 }, { 9, 999, false, 10 }, { 10, 1001, false, 1 } })
+    const std::pair<std::vector<Request>, std::string> cases[] {
+        { { mode, mode, summary, header, first, last, end }, "" },
+        { { summary }, "outside update mode" },
+        { { mode, changed (summary, 127) }, "zero in summary" },
+        { { mode, summary, first }, "out of turn" },
+        { { mode, summary, header, first, changed (last, 2) }, "CRC-16" },
+        { { mode, summary, header, first, changed (last, 3) }, "zero in the end of a block" },
+        { { mode, summary, end, end }, "without an update" },
+    };
+
+    for (const auto& [requests, error] : cases)
     {
-        Conversation probe ({ 5 });
+        VirtualController controller;
 
-        for (int i = 1; i <= signals; ++i)
-            probe.link.schedule ({ .delay = i * gap * 1ms, .report = { 0xF6, 0 } });
+        for (const auto& request : requests)
+            for (const auto& event : controller.receive (request).events)
+                controller.happens (event);
 
-        EXPECT_EQ (UpdateSequence (probe.link, probe.info, probe.blocks).isAutoUpdateModeSupported(), result);
-        EXPECT_EQ (probe.link.waits.size(), waits);
-        EXPECT_EQ (probe.link.codes(), "");
+        const auto& errors = controller.hostErrors();
+        EXPECT_EQ (errors.empty(), error.empty()) << error;
+        EXPECT_TRUE (errors.empty() || errors.back().ends_with (error)) << errors.back();
     }
-}
-
-TEST (Scenarios, powers)
-{
-    EXPECT_EQ (beki (2, 10), 1024);
-    EXPECT_EQ (beki (-2, 3), -8);
-    EXPECT_EQ (beki (7, 0), 1);
-    EXPECT_EQ (beki (7, -1), 1);
-    EXPECT_EQ (beki (10, 10), 1410065408);
-    EXPECT_EQ (beki (2, 31), std::numeric_limits<std::int32_t>::min());
 }
 
 } // namespace
