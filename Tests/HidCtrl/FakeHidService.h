@@ -36,6 +36,29 @@ public:
                  .outputReportLength = 128 };
     }
 
+    /** Lists a device and tells of it. */
+    void plugIn (const HidDevice& device)
+    {
+        listed.push_back (device);
+
+        if (listener != nullptr)
+            listener->deviceAttached (device);
+    }
+
+    void unplug (HidDeviceId id)
+    {
+        std::erase_if (listed, [id] (const auto& device) { return device.id == id; });
+        listener->deviceRemoved (id);
+    }
+
+    /** Sends a report of the device that is open. */
+    void deliver (std::vector<std::uint8_t> report)
+    {
+        report.resize (std::min (report.size(), reportBuffer->size()));
+        std::ranges::copy (report, reportBuffer->begin());
+        listener->reportReceived (opened.back(), report.size());
+    }
+
     [[nodiscard]] std::vector<HidDevice> devices() override
     {
         ++listings;

@@ -1,32 +1,178 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The session: every step of its state, over simulated devices that come and go.
+// The transport, which device it takes and what it lets through; the session, every step of its state.
 
 #include "FakeHidService.h"
 #include "HidCtrl.h"
-#include "SimulatedHidService.h"
 
 #include <gtest/gtest.h>
+
+#include <array>
 
 namespace wqv
 {
 namespace
 {
 
-using Bytes = std::vector<std::uint8_t>;
+struct HidUtilTest : testing::Test
+{
+    FakeHidService service;
+    NotingHandler handler;
+    HidUtil transport { service };
+    std::array<std::uint8_t, 128> request {};
+
+    using Ids = std::vector<HidDeviceId>;
+};
+
+TEST_F (HidUtilTest, takesTheFirstLocationThatFits)
+{
+    // Strangers at the first two locations, a controller at 4, and another one behind it.
+    for (const auto location : { 9u, 2u, 1u, 4u })
+        service.listed.push_back (FakeHidService::controller (service.listed.size() + 1, location));
+
+    service.listed[1].productId ^= 2;
+    service.listed[2].vendorId ^= 1;
+
+    ASSERT_TRUE (transport.initialize (handler, 1));
+    EXPECT_TRUE (transport.deviceMatching());
+    EXPECT_TRUE (transport.deviceMatching());
+    EXPECT_EQ (service.opened, Ids { 4 });
+
+    // While one is held nothing else matters: no attach, no removal and no report of another.
+    service.listener->deviceAttached (FakeHidService::controller (7, 0));
+    service.listener->reportReceived (1, 128);
+    service.listener->deviceRemoved (1);
+    EXPECT_EQ (handler.news(), "");
+    EXPECT_EQ (service.opened, Ids { 4 });
+}
+
+TEST_F (HidUtilTest, takesTheInterfaceThatHoldsTheConversation)
+{
+    // Interface 3 has no output report, 2 a larger one, 1 nothing to answer with; 4 and 5 fit.
+    for (const auto id : { 5u, 4u, 3u, 2u, 1u })
+    {
+        service.listed.push_back (FakeHidService::controller (id));
+        service.listed.back().interfaceNumber = static_cast<std::int32_t> (id);
+    }
+
+    service.listed[2].outputReportLength = 0;
+    service.listed[3].outputReportLength = 129;
+    service.listed[4].inputReportLength = 0;
+
+    ASSERT_TRUE (transport.initialize (handler, 1));
+    EXPECT_TRUE (transport.deviceMatching());
+    EXPECT_EQ (service.opened, Ids { 4 });
+
+    // One by one, the better ones closed at first: each better one is taken as soon as it opens, while nothing was sent.
+    service.listener->deviceRemoved (4);
+    service.refusals[4] = HidService::OpenResult::denied;
+
+    for (const auto place : { 3u, 2u, 4u, 1u })
+        service.listener->deviceAttached (service.listed[place]);
+
+    EXPECT_EQ (handler.news(), "rmm");
+    service.refusals.clear();
+    service.listener->deviceAttached (service.listed[1]);
+    service.listener->deviceAttached (service.listed[0]);
+    EXPECT_EQ (service.opened, (Ids { 4, 2, 1, 4, 4 }));
+    EXPECT_EQ (service.closed, (Ids { 4, 2, 1 }));
+    EXPECT_EQ (handler.news(), "m");
+
+    // Once a report was sent, no other interface takes over.
+    service.listener->deviceRemoved (4);
+    service.listener->deviceAttached (service.listed[2]);
+    EXPECT_TRUE (transport.deviceOutput (request));
+    service.listener->deviceAttached (service.listed[1]);
+    EXPECT_EQ (service.opened.back(), 3u);
+}
+
+TEST_F (HidUtilTest, withoutPackageNothingIsEverOpened)
+{
+    auto productZero = FakeHidService::controller (2);
+    productZero.productId = 0;
+    service.listed = { FakeHidService::controller (1), productZero };
+
+    ASSERT_TRUE (transport.initialize (handler, 0));
+    EXPECT_FALSE (transport.deviceMatching());
+    service.listener->deviceAttached (FakeHidService::controller (3));
+    service.listener->deviceAttached (productZero);
+    EXPECT_EQ (service.opened, Ids {});
+}
+
+TEST_F (HidUtilTest, versionFromBinaryCodedDecimal)
+{
+    ASSERT_TRUE (transport.initialize (handler, 1));
+    EXPECT_FALSE (transport.deviceMatching());
+
+    for (const auto& [bcd, decimal] : { std::pair (0x0105, 105), std::pair (0x1234, 1234), std::pair (0xFFFF, 16665) })
+    {
+        auto device = FakeHidService::controller (1);
+        device.versionNumber = bcd;
+        service.listener->deviceAttached (device);
+        EXPECT_EQ (transport.deviceVersion(), decimal);
+        service.listener->deviceRemoved (1);
+        EXPECT_EQ (transport.deviceVersion(), 0);
+    }
+}
+
+TEST_F (HidUtilTest, aDeviceThatCannotBeOpenedIsNotTaken)
+{
+    service.listed = { FakeHidService::controller (1, 1), FakeHidService::controller (2, 2) };
+    service.refusals = { { 1, HidService::OpenResult::denied }, { 2, HidService::OpenResult::gone } };
+
+    ASSERT_TRUE (transport.initialize (handler, 1));
+    EXPECT_FALSE (transport.deviceMatching());
+    EXPECT_EQ (service.opened, (Ids { 1, 2 }));
+    EXPECT_FALSE (transport.deviceOutput (request));
+
+    // Allowed now, and so told of once more.
+    service.refusals.clear();
+    service.listener->deviceAttached (service.listed[0]);
+    EXPECT_EQ (handler.news(), "m");
+    EXPECT_TRUE (transport.deviceOutput (request));
+}
+
+TEST_F (HidUtilTest, aRemovedDeviceIsNotTakenAgainThoughItIsStillListed)
+{
+    service.listed = { FakeHidService::controller (1, 1) };
+    ASSERT_TRUE (transport.initialize (handler, 1));
+    ASSERT_TRUE (transport.deviceMatching());
+
+    service.listener->deviceRemoved (1);
+    service.listener->deviceRemoved (1);
+    EXPECT_EQ (handler.news(), "r");
+    EXPECT_EQ (service.closed, Ids { 1 });
+    EXPECT_EQ (service.reportBuffer, nullptr);
+
+    // What a list shows is not told of, so none is taken before somebody searches it.
+    EXPECT_EQ (service.listings, 1);
+    EXPECT_FALSE (transport.deviceMatching());
+
+    // The search sees what has come since the start.
+    service.listener->deviceAttached (FakeHidService::controller (2));
+    service.listed = { FakeHidService::controller (2, 1), FakeHidService::controller (3, 2) };
+    service.listener->deviceRemoved (2);
+    EXPECT_TRUE (transport.deviceMatching());
+    EXPECT_EQ (service.opened, (Ids { 1, 2, 3 }));
+}
 
 struct HidCtrlTest : testing::Test
 {
-    juce::ScopedJuceInitialiser_GUI juceIsNeededByTheService;
-    SimulatedHidService service;
+    FakeHidService service;
     NotingHandler handler;
     HidCtrl session { service };
-    Bytes request = Bytes (requestSize);
+    std::vector<HidDeviceId> sent;
+    std::array<std::uint8_t, 128> request {};
 
-    HidDeviceId plugIn (std::uint64_t location, std::int32_t version, VirtualController* controller = nullptr)
+    HidCtrlTest()
     {
-        auto device = FakeHidService::controller (0, location);
+        service.onSend = [this] (HidDeviceId device) { sent.push_back (device); };
+    }
+
+    void plugIn (HidDeviceId id, std::int32_t version)
+    {
+        auto device = FakeHidService::controller (id, id);
         device.versionNumber = version;
-        return service.plugIn (device, controller);
+        service.plugIn (device);
     }
 
     /** State and version of the session, and what its handler heard since the last time. */
@@ -38,106 +184,77 @@ struct HidCtrlTest : testing::Test
     }
 };
 
-TEST_F (HidCtrlTest, aControllerComesLater)
+TEST_F (HidCtrlTest, beforeTheFirstRequestAnotherControllerReplacesItSilently)
 {
-    VirtualController controller;
-
     ASSERT_TRUE (session.initialize (handler, 1));
     expect (HidCtrl::noDevice, 0, "");
     EXPECT_FALSE (session.setData (request));
 
-    const auto device = plugIn (1, 0, &controller);
-    expect (HidCtrl::connected, 100, "m");
-    EXPECT_TRUE (session.deviceOutput (enterUpdateModeRequest()));
-    expect (HidCtrl::connected, 100, "");
-
-    EXPECT_TRUE (session.setData (enterUpdateModeRequest()));
-    expect (HidCtrl::requestSent, 100, "");
-
-    service.unplug (device);
-    expect (HidCtrl::noDevice, 0, "r");
-    EXPECT_FALSE (session.setData (request));
-    EXPECT_EQ (controller.requestCount(), 2u);
-}
-
-TEST_F (HidCtrlTest, beforeTheFirstRequestAnotherControllerReplacesItSilently)
-{
-    const auto first = plugIn (1, 0x0105);
-    ASSERT_TRUE (session.initialize (handler, 1));
-    expect (HidCtrl::connected, 105, "");
-    const auto second = plugIn (2, 0x0210);
-
-    service.deliver (first, Bytes { 1, 2, 3 });
+    plugIn (1, 0x0105);
+    expect (HidCtrl::connected, 105, "m");
+    plugIn (2, 0x0210);
+    service.deliver ({ 1, 2, 3 });
     expect (HidCtrl::connected, 105, "i");
 
-    service.unplug (first);
+    service.unplug (1);
     expect (HidCtrl::connected, 210, "m");
     EXPECT_TRUE (session.inputReport().empty());
-
-    service.deliver (second, Bytes { 4 });
+    service.deliver ({ 4 });
     expect (HidCtrl::connected, 210, "i");
+    EXPECT_EQ (sent, std::vector<HidDeviceId> {});
 }
 
 TEST_F (HidCtrlTest, afterARequestARemovalEndsTheSession)
 {
-    VirtualController controller;
-    const auto first = plugIn (1, 0x0105);
+    plugIn (1, 0x0105);
+    plugIn (2, 0x0210);
     ASSERT_TRUE (session.initialize (handler, 1));
-    const auto second = plugIn (2, 0x0210, &controller);
-
-    // That the controller did not take the request changes nothing.
-    EXPECT_FALSE (session.setData (request));
+    EXPECT_TRUE (session.setData (request));
     expect (HidCtrl::requestSent, 105, "");
 
-    service.unplug (first);
+    service.unplug (1);
     expect (HidCtrl::noDevice, 0, "r");
-    service.deliver (second, Bytes { 4 });
-    expect (HidCtrl::noDevice, 0, "");
 
     // Even when the transport is made to look for another one.
     EXPECT_TRUE (session.deviceMatching());
     EXPECT_FALSE (session.setData (request));
-    EXPECT_EQ (controller.requestCount(), 0u);
-    service.unplug (second);
+    EXPECT_EQ (sent, std::vector<HidDeviceId> { 1 });
+    service.unplug (2);
     expect (HidCtrl::noDevice, 0, "r");
 }
 
 TEST_F (HidCtrlTest, aShortReportLeavesTheRestOfTheLastOne)
 {
-    const auto device = plugIn (1, 0x0105);
-    ASSERT_TRUE (session.initialize (handler, 1));
+    using Bytes = std::vector<std::uint8_t>;
 
-    service.deliver (device, Bytes { 1, 2, 3, 4 });
-    service.deliver (device, Bytes { 9 });
-    expect (HidCtrl::connected, 105, "ii");
+    plugIn (1, 0x0105);
+    ASSERT_TRUE (session.initialize (handler, 1));
+    service.deliver ({ 1, 2, 3, 4 });
+    service.deliver ({ 9 });
 
     const auto report = session.inputReport();
     ASSERT_EQ (report.size(), 1u);
     EXPECT_EQ (Bytes (report.data(), report.data() + 5), (Bytes { 9, 2, 3, 4, 0 }));
 
-    Bytes copy (8, 0x55);
-    EXPECT_EQ (session.deviceInput (copy), 1u);
-    EXPECT_EQ (copy, (Bytes { 9, 0, 0, 0, 0, 0, 0, 0 }));
-
-    service.deliver (device, Bytes (4096, 7));
+    // No length is believed.
+    service.listener->reportReceived (1, std::size_t { 1 } << 32);
     EXPECT_EQ (session.inputReport().size(), 1024u);
 }
 
 TEST_F (HidCtrlTest, nothingIsHeardAfterTheEnd)
 {
-    const auto device = plugIn (1, 0x0105);
+    plugIn (1, 0x0105);
     ASSERT_TRUE (session.initialize (handler, 1));
 
     // A second session is refused, and its end is not that of the first.
     EXPECT_FALSE (HidCtrl (service).initialize (handler, 1));
-    service.deliver (device, request);
+    service.deliver ({ 1 });
     expect (HidCtrl::connected, 105, "i");
 
     session.finalize();
     session.finalize();
-    service.deliver (device, request);
-    service.unplug (device);
-    plugIn (1, 0x0105);
+    EXPECT_EQ (service.listener, nullptr);
+    EXPECT_EQ (service.reportBuffer, nullptr);
     EXPECT_EQ (handler.news(), "");
 }
 

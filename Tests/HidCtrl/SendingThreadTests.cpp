@@ -22,18 +22,6 @@ struct SendingThread : testing::Test
     FakeHidService service;
     NotingHandler handler;
     HidCtrl session { service };
-
-    void plugIn (HidDeviceId id)
-    {
-        service.listed.push_back (FakeHidService::controller (id));
-        service.listener->deviceAttached (service.listed.back());
-    }
-
-    void unplug (HidDeviceId id)
-    {
-        std::erase_if (service.listed, [id] (const auto& device) { return device.id == id; });
-        service.listener->deviceRemoved (id);
-    }
 };
 
 TEST_F (SendingThread, aWriteInProgressKeepsItsOwnConnection)
@@ -49,13 +37,13 @@ TEST_F (SendingThread, aWriteInProgressKeepsItsOwnConnection)
     };
 
     ASSERT_TRUE (session.initialize (handler, 1));
-    plugIn (1);
+    service.plugIn (FakeHidService::controller (1));
     std::thread worker ([&] { EXPECT_TRUE (session.setData (request)); });
     writing.wait();
 
     // The message thread does not wait for the write.
-    unplug (1);
-    plugIn (2);
+    service.unplug (1);
+    service.plugIn (FakeHidService::controller (2));
     EXPECT_EQ (service.closed, std::vector<HidDeviceId> {});
     EXPECT_EQ (session.state(), HidCtrl::connected);
 
@@ -83,12 +71,12 @@ TEST_F (SendingThread, aRequestNeverOverwritesARemoval)
 
     for (HidDeviceId id = 1; id <= rounds; ++id)
     {
-        plugIn (id);
+        service.plugIn (FakeHidService::controller (id));
 
         while (session.state() != HidCtrl::requestSent)
             std::this_thread::yield();
 
-        unplug (id);
+        service.unplug (id);
 
         // A request that was on its way has time to go wrong.
         for (int i = 0; i < 50; ++i)
