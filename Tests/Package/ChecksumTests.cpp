@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <numeric>
-#include <string>
 #include <vector>
 
 namespace wqv
@@ -64,18 +63,6 @@ TEST (Checksums, areThoseOfTheDefinitionAtEveryLengthAndInPieces)
             EXPECT_EQ (updateCRC32 (calcCRC32 (bytes.first (cut)), bytes.subspan (cut)), expected)
                 << length << ' ' << cut;
         }
-    }
-}
-
-TEST (Checksums, hexadecimalDigits)
-{
-    const std::string digits = "0123456789abcdefABCDEF";
-
-    for (unsigned i = 0; i < 256; ++i)
-    {
-        const auto place = digits.find (static_cast<char> (i));
-        const auto expected = place == std::string::npos ? 0 : place < 16 ? place : place - 6;
-        EXPECT_EQ (ConvertAsciiToHex (static_cast<std::uint8_t> (i)), expected) << i;
     }
 }
 

@@ -132,26 +132,6 @@ TEST_F (Tool, roundTrip)
     EXPECT_EQ (folder.read ("a/b/block-03-0002.bin"), mainData);
 }
 
-TEST_F (Tool, inspectsWhatIsDamaged)
-{
-    auto bad = goldenPackage;
-    bad[0] = 0xFF;           // the magic: not printable, not UTF-8
-    bad[84] ^= 1;            // data of the second block
-    bad[96 + 20 + 3] = 0x80; // the third block's size
-    folder.write ("bad.upd", bad);
-
-    const auto json = Json::parse (run ("inspect bad.upd --json").output);
-    EXPECT_EQ (json["magic"], "\\xFFPD ");
-    EXPECT_EQ (json["offered"], false);
-
-    std::vector<std::pair<int, int>> places; // block, offset
-
-    for (const auto& fault : json["faults"])
-        places.emplace_back (fault["block"].is_null() ? 0 : fault["block"].get<int>(), fault["offset"].get<int>());
-
-    EXPECT_EQ (places, (std::vector<std::pair<int, int>> { { 0, 128 }, { 0, 0 }, { 2, 94 }, { 3, 96 } }));
-}
-
 TEST_F (Tool, replacesAFileWholeOrNotAtAll)
 {
     const auto before = names();
