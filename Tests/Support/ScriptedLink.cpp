@@ -63,9 +63,6 @@ void ScriptedLink::playUntil (Milliseconds end)
         events.erase (events.begin());
         now = end = std::max (now, time);
         play (event);
-
-        if ((wakesBetween >> (eventsPlayed++ % 32) & 1) != 0)
-            return;
     }
 
     now = end;

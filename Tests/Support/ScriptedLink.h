@@ -43,10 +43,6 @@ public:
 
     void schedule (VirtualController::Event event) { events.emplace (now + event.delay, std::move (event)); }
 
-    /** Whether the worker wakes between two events of the same instant, and takes the first by itself: bit n for the
-        n-th event of all, modulo 32. */
-    std::uint32_t wakesBetween = 0;
-
     /** A stop is requested at the n-th step, counted from 0. Each send ends with one, each pause begins with one, and
         each wait does both. */
     std::size_t stopAt = std::numeric_limits<std::size_t>::max();
@@ -66,7 +62,6 @@ private:
 
     VirtualController& controller;
     std::multimap<Milliseconds, VirtualController::Event> events;
-    unsigned eventsPlayed = 0;
     std::size_t steps = 0;
     bool isPluggedIn = true;
     bool isStopped = false;

@@ -141,19 +141,14 @@ TEST (Scenarios, theControllerNotesWhatTheHostDoesWrong)
     const auto last = blockDataRequest (1, data, 1);
     const auto end = finishRequest();
 
-    const auto changed = [] (Request request, std::size_t byte)
-    {
-        request[byte] ^= 1;
-        return request;
-    };
+    auto damaged = last;
+    damaged[2] ^= 1;
 
     const std::pair<std::vector<Request>, std::string> cases[] {
         { { mode, mode, summary, header, first, last, end }, "" },
         { { summary }, "outside update mode" },
-        { { mode, changed (summary, 127) }, "zero in summary" },
         { { mode, summary, first }, "out of turn" },
-        { { mode, summary, header, first, changed (last, 2) }, "CRC-16" },
-        { { mode, summary, header, first, changed (last, 3) }, "zero in the end of a block" },
+        { { mode, summary, header, first, damaged }, "CRC-16" },
         { { mode, summary, end, end }, "without an update" },
     };
 

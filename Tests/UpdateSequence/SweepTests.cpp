@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <bit>
 
 namespace wqv
 {
@@ -108,26 +107,6 @@ TEST (Sweep, aControllerThatTakesNoReportIsNotToldOfAStop)
     update.link.stopAt = 12; // as the fifth request has gone
     EXPECT_FALSE (update.run());
     EXPECT_EQ (update.link.codes(), "40133");
-}
-
-TEST (Sweep, reportsOfOneInstantHoweverTheWorkerWakesBetweenThem)
-{
-    Conversation clean (sizes);
-    ASSERT_TRUE (clean.run());
-    const auto codes = clean.link.codes();
-
-    for (std::size_t n = 1; n <= codes.size(); ++n)
-        for (std::uint32_t pattern = 0; codes[n - 1] == '3' && pattern < 4; ++pattern)
-        {
-            SCOPED_TRACE (testing::Message() << "request " << n << " wakes " << pattern);
-            Conversation update (sizes, { { .kind = Kind::burst, .first = n, .last = n, .value = 2 } });
-            update.link.wakesBetween = pattern << (n - 1);
-            EXPECT_TRUE (update.run());
-            EXPECT_EQ (update.link.codes(), codes);
-            EXPECT_EQ (update.link.waits.size(), codes.size() + static_cast<std::size_t> (std::popcount (pattern)));
-            EXPECT_EQ (update.controller.hostErrors(), Errors {});
-            EXPECT_TRUE (update.controller.isUpdated());
-        }
 }
 
 } // namespace
