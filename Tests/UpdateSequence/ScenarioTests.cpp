@@ -42,6 +42,7 @@ TEST (Scenarios, requestsLimitsAndResult)
         { "wrong@2:0xF6",       false, "40" },
         { "late@2:9999",        true,  "401333131332" },
 
+        { "wrong@2:0xF8,wrong@4:0xF9,wrong@6:0xFB,wrong@12:0xFC", true, "401333131332" },
         { "wrong@3:0xF8",       true,  "401131332" },
         { "wrong@3:0",          false, "4012" },
         { "late@7:9999",        true,  "401333131332" },
