@@ -4,6 +4,7 @@
 #include "Application.h"
 
 #include "CurrentDesktop.h"
+#include "DisplayEvents.h"
 #include "DisplayLoss.h"
 #include "ExecutableFile.h"
 #include "KeepAwake.h"
@@ -52,6 +53,7 @@ void Application::initialise (const juce::String& /*commandLine*/)
                         .quit = [this] { systemRequestedQuit(); },
                         .keepAwake = [this] { return std::make_shared<KeepAwake> (getApplicationName()); } },
         preferredLanguages());
+    displayEvents = std::make_unique<DisplayEvents> (*mainWindow);
 
     if (instance != nullptr)
         juce::LinuxEventLoop::registerFdCallback (instance->descriptor(), [this] (int) { answerInstances(); });
@@ -70,6 +72,7 @@ void Application::shutdown()
             juce::LinuxEventLoop::unregisterFdCallback (instance->descriptor());
     }
 
+    displayEvents.reset();
     mainWindow.reset();
     hidService.reset();
     terminationSignals.reset();

@@ -14,6 +14,7 @@
 namespace wqv
 {
 
+class DisplayEvents;
 class DisplayLoss;
 class MainWindow;
 class SingleInstance;
@@ -54,6 +55,7 @@ private:
     const SingleInstance* const instance;
     std::unique_ptr<HidService> hidService;
     std::unique_ptr<MainWindow> mainWindow;
+    std::unique_ptr<DisplayEvents> displayEvents;
     std::unique_ptr<TerminationSignals> terminationSignals;
     std::unique_ptr<DisplayLoss> displayLoss;
 };
