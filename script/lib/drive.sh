@@ -32,9 +32,12 @@ trap cleanup EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM HUP
 
-end_processes()
+# end_run STATUS: of a run that has failed there is a picture too.
+end_run()
 {
     local process
+
+    (($1 == 0)) || [[ -z ${window:-} ]] || shoot "${log%.log}-failed.png" || true
 
     for process in "${processes[@]}"; do
         end_process "$process"
@@ -96,7 +99,7 @@ perform()
         (
             set -E
             trap 'fail "$run: line $LINENO: $BASH_COMMAND"' ERR
-            trap end_processes EXIT
+            trap 'end_run $?' EXIT
             trap 'exit 143' TERM
             : >"$log"
             "$run"
