@@ -27,23 +27,18 @@ const std::array<EmbeddedFile, 1> imageList { {
 
 const std::array<EmbeddedFamily, familyCount> fontList { {
     { "WQV Sans",
-      { &wqv_sans_txt_pointer, &wqv_sans_txt_length },
       { &wqv_sans_regular_otf_pointer, &wqv_sans_regular_otf_length },
       { &wqv_sans_bold_otf_pointer, &wqv_sans_bold_otf_length } },
     { "WQV Sans SC",
-      { &wqv_sans_sc_txt_pointer, &wqv_sans_sc_txt_length },
       { &wqv_sans_sc_regular_otf_pointer, &wqv_sans_sc_regular_otf_length },
       { &wqv_sans_sc_bold_otf_pointer, &wqv_sans_sc_bold_otf_length } },
     { "WQV Sans TC",
-      { &wqv_sans_tc_txt_pointer, &wqv_sans_tc_txt_length },
       { &wqv_sans_tc_regular_otf_pointer, &wqv_sans_tc_regular_otf_length },
       { &wqv_sans_tc_bold_otf_pointer, &wqv_sans_tc_bold_otf_length } },
     { "WQV Sans KR",
-      { &wqv_sans_kr_txt_pointer, &wqv_sans_kr_txt_length },
       { &wqv_sans_kr_regular_otf_pointer, &wqv_sans_kr_regular_otf_length },
       { &wqv_sans_kr_bold_otf_pointer, &wqv_sans_kr_bold_otf_length } },
     { "WQV Sans JP",
-      { &wqv_sans_jp_txt_pointer, &wqv_sans_jp_txt_length },
       { &wqv_sans_jp_regular_otf_pointer, &wqv_sans_jp_regular_otf_length },
       { &wqv_sans_jp_bold_otf_pointer, &wqv_sans_jp_bold_otf_length } },
 } };

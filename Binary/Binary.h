@@ -72,10 +72,6 @@ extern const std::uint8_t wqv_krv20_updater_128_png_array[];
 extern const std::int32_t wqv_krv20_updater_128_png_length;
 extern const std::uint8_t* const wqv_krv20_updater_128_png_pointer;
 
-extern const std::uint8_t wqv_sans_txt_array[];
-extern const std::int32_t wqv_sans_txt_length;
-extern const std::uint8_t* const wqv_sans_txt_pointer;
-
 extern const std::uint8_t wqv_sans_regular_otf_array[];
 extern const std::int32_t wqv_sans_regular_otf_length;
 extern const std::uint8_t* const wqv_sans_regular_otf_pointer;
@@ -83,10 +79,6 @@ extern const std::uint8_t* const wqv_sans_regular_otf_pointer;
 extern const std::uint8_t wqv_sans_bold_otf_array[];
 extern const std::int32_t wqv_sans_bold_otf_length;
 extern const std::uint8_t* const wqv_sans_bold_otf_pointer;
-
-extern const std::uint8_t wqv_sans_sc_txt_array[];
-extern const std::int32_t wqv_sans_sc_txt_length;
-extern const std::uint8_t* const wqv_sans_sc_txt_pointer;
 
 extern const std::uint8_t wqv_sans_sc_regular_otf_array[];
 extern const std::int32_t wqv_sans_sc_regular_otf_length;
@@ -96,10 +88,6 @@ extern const std::uint8_t wqv_sans_sc_bold_otf_array[];
 extern const std::int32_t wqv_sans_sc_bold_otf_length;
 extern const std::uint8_t* const wqv_sans_sc_bold_otf_pointer;
 
-extern const std::uint8_t wqv_sans_tc_txt_array[];
-extern const std::int32_t wqv_sans_tc_txt_length;
-extern const std::uint8_t* const wqv_sans_tc_txt_pointer;
-
 extern const std::uint8_t wqv_sans_tc_regular_otf_array[];
 extern const std::int32_t wqv_sans_tc_regular_otf_length;
 extern const std::uint8_t* const wqv_sans_tc_regular_otf_pointer;
@@ -108,10 +96,6 @@ extern const std::uint8_t wqv_sans_tc_bold_otf_array[];
 extern const std::int32_t wqv_sans_tc_bold_otf_length;
 extern const std::uint8_t* const wqv_sans_tc_bold_otf_pointer;
 
-extern const std::uint8_t wqv_sans_kr_txt_array[];
-extern const std::int32_t wqv_sans_kr_txt_length;
-extern const std::uint8_t* const wqv_sans_kr_txt_pointer;
-
 extern const std::uint8_t wqv_sans_kr_regular_otf_array[];
 extern const std::int32_t wqv_sans_kr_regular_otf_length;
 extern const std::uint8_t* const wqv_sans_kr_regular_otf_pointer;
@@ -119,10 +103,6 @@ extern const std::uint8_t* const wqv_sans_kr_regular_otf_pointer;
 extern const std::uint8_t wqv_sans_kr_bold_otf_array[];
 extern const std::int32_t wqv_sans_kr_bold_otf_length;
 extern const std::uint8_t* const wqv_sans_kr_bold_otf_pointer;
-
-extern const std::uint8_t wqv_sans_jp_txt_array[];
-extern const std::int32_t wqv_sans_jp_txt_length;
-extern const std::uint8_t* const wqv_sans_jp_txt_pointer;
 
 extern const std::uint8_t wqv_sans_jp_regular_otf_array[];
 extern const std::int32_t wqv_sans_jp_regular_otf_length;
@@ -143,7 +123,6 @@ struct EmbeddedFile
 struct EmbeddedFamily
 {
     const char* name = nullptr; ///< as in language.txt
-    EmbeddedFile characters;    ///< those that both faces have, as UTF-8
     EmbeddedFile regular;
     EmbeddedFile bold;
 };

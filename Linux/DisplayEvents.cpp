@@ -5,7 +5,9 @@
 
 #include "DisplayEvents.h"
 
-#include <juce_events/native/juce_linux_EventLoopInternal.h>
+#include "JuceVersions.h"
+
+#include WQV_JUCE_EVENT_LOOP_INTERNAL
 
 namespace wqv
 {

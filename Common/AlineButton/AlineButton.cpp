@@ -3,6 +3,9 @@
 
 #include "AlineButton.h"
 
+#include "FittedText.h"
+#include "JuceVersions.h"
+
 namespace wqv
 {
 
@@ -12,7 +15,6 @@ AlineButton::AlineButton (const juce::String& name)
     setLookAndFeel (&m_lookAndFeel);
     setColour (juce::TextButton::buttonColourId, juce::Colours::black);
     setColour (juce::TextButton::buttonOnColourId, juce::Colours::black);
-    setHasFocusOutline (true);
 }
 
 AlineButton::~AlineButton()
@@ -32,16 +34,15 @@ void AlineButton::paintButton (juce::Graphics& g, bool isMouseOver, bool isButto
 {
     constexpr int inset = 4;
     constexpr float largestFontHeight = 13.0f;
-    constexpr float smallestHorizontalScale = 0.7f;
 
     const auto colourId = getToggleState() ? juce::TextButton::buttonOnColourId : juce::TextButton::buttonColourId;
     m_lookAndFeel.drawButtonBackground (g, *this, findColour (colourId), isMouseOver, isButtonDown);
 
     const auto fontHeight = juce::jmin (static_cast<float> (getHeight()) * 0.8f, largestFontHeight);
 
-    g.setFont (juce::Font (m_fontName, fontHeight, m_style));
     g.setColour (juce::Colour (16, 16, 16));
-    g.drawFittedText (getButtonText(), getLocalBounds().reduced (inset), m_aline, 1, smallestHorizontalScale);
+    drawFittedLine (
+        g, FontOptions (m_fontName, fontHeight, m_style), getButtonText(), getLocalBounds().reduced (inset), m_aline);
 }
 
 bool AlineButton::isPressingKeyDown()

@@ -67,30 +67,7 @@ juce::Path outlineOf (juce::Rectangle<float> area, float corner, BtnLookAndFeel:
     return path;
 }
 
-struct LineAroundButton final : juce::FocusOutline::OutlineWindowProperties
-{
-    juce::Rectangle<int> getOutlineBounds (juce::Component& button) override
-    {
-        constexpr int distance = 4;
-        return button.getScreenBounds().expanded (distance);
-    }
-
-    void drawOutline (juce::Graphics& g, int width, int height) override
-    {
-        constexpr float thickness = 2.0f;
-        const auto line = juce::Rectangle<int> (width, height).toFloat().reduced (thickness / 2.0f);
-
-        g.setColour (juce::Colour (82, 156, 231));
-        g.drawRoundedRectangle (line, line.getHeight() / 2.0f, thickness);
-    }
-};
-
 } // namespace
-
-std::unique_ptr<juce::FocusOutline> BtnLookAndFeel::createFocusOutlineForComponent (juce::Component& /*button*/)
-{
-    return std::make_unique<juce::FocusOutline> (std::make_unique<LineAroundButton>());
-}
 
 void BtnLookAndFeel::drawButtonBackground (juce::Graphics& g,
                                            juce::Button& button,

@@ -5,8 +5,6 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
-#include <memory>
-
 namespace wqv
 {
 
@@ -28,9 +26,6 @@ public:
                                const juce::Colour& backgroundColour,
                                bool isMouseOver,
                                bool isButtonDown) override;
-
-    /** Draws a line around a button that has the keyboard, outside of it. */
-    std::unique_ptr<juce::FocusOutline> createFocusOutlineForComponent (juce::Component& button) override;
 
     /** Draws the background into @p area.
         @param colour            its darker forms are the middle of the gradient and the outline

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Drawing the items of the language menu.
+// Drawing the language menu.
 
 #include "LangLookAndFeel.h"
 
+#include "FittedText.h"
 #include "TxtLoader.h"
 
 namespace wqv
@@ -10,32 +11,17 @@ namespace wqv
 namespace
 {
 
-/** While it lives, characters that a font lacks come from the font of the language that a text names, if it names one. */
-class FallbackFontOfLanguage
+/** The font of the language that a text names; none, if it names none. */
+juce::String fontOfLanguage (const juce::String& text)
 {
-public:
-    explicit FallbackFontOfLanguage (const juce::String& text)
-    {
-        const auto& texts = *TxtLoader::getInstance();
+    const auto& texts = *TxtLoader::getInstance();
 
-        for (std::uint32_t i = 0; i < languageCount; ++i)
-        {
-            if (text.equalsIgnoreCase (texts.getLang (i)))
-            {
-                juce::Font::setFallbackFontName (texts.getFont (i));
-                break;
-            }
-        }
-    }
+    for (std::uint32_t i = 0; i < languageCount; ++i)
+        if (text.equalsIgnoreCase (texts.getLang (i)))
+            return texts.getFont (i);
 
-    FallbackFontOfLanguage (const FallbackFontOfLanguage&) = delete;
-    FallbackFontOfLanguage& operator= (const FallbackFontOfLanguage&) = delete;
-
-    ~FallbackFontOfLanguage() { juce::Font::setFallbackFontName (previous); }
-
-private:
-    const juce::String previous = juce::Font::getFallbackFontName();
-};
+    return {};
+}
 
 void drawSeparator (juce::Graphics& g, float width, float height)
 {
@@ -56,6 +42,29 @@ void drawSubMenuArrow (juce::Graphics& g, float x, float middle, float arrowHeig
 }
 
 } // namespace
+
+juce::Font LangLookAndFeel::getComboBoxFont (juce::ComboBox& box)
+{
+    auto font = LookAndFeel_V2::getComboBoxFont (box);
+    font.setTypefaceName (TxtLoader::getInstance()->getFont());
+    return font;
+}
+
+void LangLookAndFeel::drawLabel (juce::Graphics& g, juce::Label& label)
+{
+    g.setColour (label.findColour (juce::Label::textColourId));
+    drawFittedLine (g,
+                    getLabelFont (label),
+                    label.getText(),
+                    getLabelBorderSize (label).subtractedFrom (label.getLocalBounds()),
+                    label.getJustificationType());
+}
+
+juce::PopupMenu::Options LangLookAndFeel::getOptionsForComboBoxPopupMenu (juce::ComboBox& box, juce::Label& label)
+{
+    constexpr int none = 0;
+    return LookAndFeel_V2::getOptionsForComboBoxPopupMenu (box, label).withItemThatMustBeVisible (none);
+}
 
 void LangLookAndFeel::drawPopupMenuItem (juce::Graphics& g,
                                          const juce::Rectangle<int>& area,
@@ -96,9 +105,11 @@ void LangLookAndFeel::drawPopupMenuItem (juce::Graphics& g,
     if (! isActive)
         g.setOpacity (0.3f);
 
-    const FallbackFontOfLanguage fallback (text);
-
     auto font = getPopupMenuFont();
+
+    if (const auto name = fontOfLanguage (text); name.isNotEmpty())
+        font.setTypefaceName (name);
+
     font.setHeight (juce::jmin (font.getHeight(), static_cast<float> (height) / 1.3f));
     g.setFont (font);
 

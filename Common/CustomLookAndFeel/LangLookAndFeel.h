@@ -9,10 +9,20 @@ namespace wqv
 {
 
 /** Draws each item that is a language's name in that language's font, so that every name can be read whatever language
-    is current. Everything else is the toolkit's. */
+    is current. Everything else is JUCE's. */
 class LangLookAndFeel final : public juce::LookAndFeel_V2
 {
 public:
+    /** The font of the current language, whose name the closed box shows. */
+    juce::Font getComboBoxFont (juce::ComboBox& box) override;
+
+    /** The name in the closed box. */
+    void drawLabel (juce::Graphics& g, juce::Label& label) override;
+
+    /** The menu opens below its box: JUCE 8 would else lay it over the box, so that the selected item is where it was, and
+        cut it at the top of the screen. */
+    juce::PopupMenu::Options getOptionsForComboBoxPopupMenu (juce::ComboBox& box, juce::Label& label) override;
+
     void drawPopupMenuItem (juce::Graphics& g,
                             const juce::Rectangle<int>& area,
                             bool isSeparator,

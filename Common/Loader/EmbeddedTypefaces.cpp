@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Typefaces out of memory, each of which knows the characters that it has.
+// Typefaces out of memory.
 
 #include "EmbeddedTypefaces.h"
 
@@ -8,48 +8,6 @@
 
 namespace wqv
 {
-namespace
-{
-
-/** The toolkit's typeface draws a box for a character that it lacks. This one refuses it, which makes the toolkit look in
-    the fall-back font. */
-class CoveredTypeface final : public juce::CustomTypeface
-{
-public:
-    CoveredTypeface (const EmbeddedFile& font, juce::String charactersCovered, const juce::Font& asked)
-        : original (createSystemTypefaceFor (*font.pointer, static_cast<std::size_t> (*font.length))),
-          covered (std::move (charactersCovered))
-    {
-        setCharacteristics (asked.getTypefaceName(), asked.getTypefaceStyle(), original->getAscent(), ' ');
-    }
-
-private:
-    bool loadGlyphIfPossible (juce::juce_wchar character) override
-    {
-        // Line feeds are laid out as characters too, and one without a width would have no place.
-        const auto isControl = character < ' ';
-
-        if (! isControl && ! covered.containsChar (character))
-            return false;
-
-        juce::Array<int> glyphNumbers;
-        juce::Array<float> offsets;
-        juce::Path outline;
-
-        original->getGlyphPositions (juce::String::charToString (isControl ? ' ' : character), glyphNumbers, offsets);
-
-        if (! isControl)
-            original->getOutlineForGlyph (glyphNumbers.getFirst(), outline);
-
-        addGlyph (character, outline, offsets[1]);
-        return true;
-    }
-
-    const Ptr original;
-    const juce::String covered;
-};
-
-} // namespace
 
 void EmbeddedTypefaces::skipFontsOfTheMachine()
 {
@@ -67,12 +25,8 @@ juce::Typeface::Ptr EmbeddedTypefaces::find (const juce::Font& font)
 
     if (typeface == nullptr)
     {
-        const auto& covered = embedded.characters;
-
-        typeface = new CoveredTypeface (
-            font.isBold() ? embedded.bold : embedded.regular,
-            juce::String::fromUTF8 (reinterpret_cast<const char*> (*covered.pointer), *covered.length),
-            font);
+        const auto& file = font.isBold() ? embedded.bold : embedded.regular;
+        typeface = juce::Typeface::createSystemTypefaceFor (*file.pointer, static_cast<std::size_t> (*file.length));
     }
 
     return typeface;

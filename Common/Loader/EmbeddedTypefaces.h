@@ -17,12 +17,11 @@ namespace wqv
 class EmbeddedTypefaces
 {
 public:
-    /** Keeps the toolkit from opening every font file of the machine, which can take seconds. To be called before it
+    /** Keeps JUCE from opening every font file of the machine, which can take seconds. To be called before it
         draws or measures any text. */
     static void skipFontsOfTheMachine();
 
-    /** The typeface for a font: of its family if that is an embedded one, else of the Latin one; bold or regular. A
-        character that it lacks comes from the fall-back font. */
+    /** The typeface for a font: of its family if that is an embedded one, else of the Latin one; bold or regular. */
     [[nodiscard]] juce::Typeface::Ptr find (const juce::Font& font);
 
 private:

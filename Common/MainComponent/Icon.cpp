@@ -3,6 +3,8 @@
 
 #include "Icon.h"
 
+#include "JuceVersions.h"
+
 namespace wqv
 {
 
@@ -42,7 +44,7 @@ void drawIcon (juce::Graphics& g, int kind)
     const auto characterArea = isWarning ? sign.withY (std::trunc (sign.getY() * 1.5f)) : sign;
 
     g.setColour (isWarning ? black : blue);
-    g.setFont (juce::Font (0.9f * sign.getHeight(), juce::Font::bold));
+    g.setFont (FontOptions (0.9f * sign.getHeight(), juce::Font::bold));
     g.drawFittedText (isWarning             ? "!"
                       : kind == information ? "i"
                                             : "?",

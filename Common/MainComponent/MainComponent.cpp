@@ -19,6 +19,17 @@ const juce::Colour BackgroundColour (234, 234, 234);
 
 const juce::Rectangle<int> warningArea (20, 15, 64, 64);
 
+/** Shows which button has the keyboard. */
+void drawLineAround (juce::Graphics& g, juce::Rectangle<int> button)
+{
+    constexpr float distance = 3.0f;
+    constexpr float thickness = 2.0f;
+    const auto line = button.toFloat().expanded (distance);
+
+    g.setColour (juce::Colour (82, 156, 231));
+    g.drawRoundedRectangle (line, line.getHeight() / 2.0f, thickness);
+}
+
 /** Item ids begin at 1. A language that is not offered leaves its id out. */
 int itemIdOf (std::uint32_t language)
 {
@@ -146,8 +157,6 @@ void MainComponent::updateCtrl()
     const auto status = updater.status();
     const auto isFirstScreen = status == UPDATER_STATUS_START;
     const auto isUpdating = status == UPDATER_STATUS_UPDATING;
-
-    juce::Font::setFallbackFontName (texts.getFont());
 
     if (auto* const window = getParentComponent())
         window->setName (texts.getString (TextId::windowTitle));
@@ -278,6 +287,8 @@ void MainComponent::focusGained (FocusChangeType /*cause*/)
 
 void MainComponent::focusOfChildComponentChanged (FocusChangeType /*cause*/)
 {
+    repaint();
+
     if (focusIsDue)
         focusAction();
 }
@@ -333,6 +344,10 @@ void MainComponent::paint (juce::Graphics& g)
 
     g.setColour (juce::Colours::black);
     text.draw (g);
+
+    for (const auto* const button : { &okButton, &cancelButton })
+        if (button->hasKeyboardFocus (false))
+            drawLineAround (g, button->getBounds());
 }
 
 } // namespace wqv

@@ -3,6 +3,8 @@
 
 #include "ScreenText.h"
 
+#include "FittedText.h"
+#include "JuceVersions.h"
 #include "TxtLoader.h"
 
 #include <cstdarg>
@@ -17,7 +19,6 @@ namespace
 constexpr float normalFontHeight = 13.0f;
 constexpr float smallFontHeight = 10.0f;
 constexpr float lineHeight = 16.0f;
-constexpr float smallestHorizontalScale = 0.7f;
 
 /** Where texts begin beside the warning picture. */
 constexpr float noticeX = 105.0f;
@@ -92,7 +93,7 @@ void ScreenText::layOut (const ScreenState& state)
     switch (state.status)
     {
         case UPDATER_STATUS_START:
-            addTitle (texts.getString (TextId::languageSelections) + "\n\n", juce::Font::bold);
+            addTitle (texts.getString (TextId::languageSelections) + "\n", juce::Font::bold);
             addBody (texts.getString (TextId::selectLanguage));
             break;
 
@@ -103,7 +104,7 @@ void ScreenText::layOut (const ScreenState& state)
         case UPDATER_STATUS_READY: addReadyScreen (state); break;
 
         case UPDATER_STATUS_UPDATING:
-            addTitle (textFor (TextId::updating) + "\n\n", juce::Font::bold);
+            addTitle (textFor (TextId::updating) + "\n", juce::Font::bold);
             addBody (texts.getString (TextId::pleaseWait));
             break;
 
@@ -121,10 +122,10 @@ void ScreenText::addReadyScreen (const ScreenState& state)
     const auto& texts = *TxtLoader::getInstance();
     const auto language = texts.locale();
 
-    addTitle (textFor (TextId::updatesFirmware) + "\n\n", juce::Font::bold);
+    addTitle (textFor (TextId::updatesFirmware) + "\n", juce::Font::bold);
     dispHowToStart (40.0f, topY + hintGapOf (language), language, texts.getFont());
 
-    const auto y = bottom() + 5.0f;
+    const auto y = bottom + 5.0f;
 
     addBlock (versionText (TextId::currentVersion, state.deviceVersion) + "\n"
                   + versionText (TextId::updateVersion, state.packageVersion),
@@ -140,11 +141,11 @@ void ScreenText::dispHowToUpdate (
     const auto fontHeight = smallFontHeightOf (language);
     const auto lines = instructionLinesOf (language);
     const auto blockWidth = width - (x + 15.0f);
-    const juce::Font font (fontName, fontHeight, juce::Font::plain);
+    const juce::Font font (FontOptions (fontName, fontHeight, juce::Font::plain));
 
     if (showNotRecognized)
         addLines (textFor (TextId::notRecognized),
-                  juce::Font (fontName, normalFontHeight, juce::Font::bold),
+                  FontOptions (fontName, normalFontHeight, juce::Font::bold),
                   x,
                   y,
                   blockWidth,
@@ -161,7 +162,7 @@ void ScreenText::dispHowToUpdate (
 void ScreenText::dispHowToStart (float x, float y, unsigned language, const juce::String& fontName)
 {
     addLines (textFor (TextId::connect),
-              juce::Font (fontName, smallFontHeightOf (language), juce::Font::plain),
+              FontOptions (fontName, smallFontHeightOf (language), juce::Font::plain),
               x,
               y,
               width - (x + 20.0f),
@@ -175,7 +176,7 @@ void ScreenText::addTitle (const juce::String& text, int style)
 
 void ScreenText::addBody (const juce::String& text)
 {
-    const auto y = bottom();
+    const auto y = bottom;
     addBlock (text, { 40.0f, y, width - 60.0f, height - y }, normalFontHeight, juce::Font::plain);
 }
 
@@ -188,36 +189,24 @@ void ScreenText::addNotice (const juce::String& text)
 void ScreenText::addBlock (const juce::String& text, juce::Rectangle<float> area, float fontHeight, int style)
 {
     words.add (text.trim());
-    glyphs.addFittedText (juce::Font (TxtLoader::getInstance()->getFont(), fontHeight, style),
-                          text,
-                          area.getX(),
-                          area.getY(),
-                          area.getWidth(),
-                          area.getHeight(),
-                          juce::Justification::topLeft,
-                          static_cast<int> (area.getHeight() / normalFontHeight),
-                          smallestHorizontalScale);
+    bottom = addFittedText (glyphs,
+                            FontOptions (TxtLoader::getInstance()->getFont(), fontHeight, style),
+                            text,
+                            area,
+                            juce::Justification::topLeft,
+                            static_cast<int> (area.getHeight() / normalFontHeight));
 }
 
 void ScreenText::addLines (
     const juce::String& text, const juce::Font& font, float x, float y, float blockWidth, int lines)
 {
     words.add (text.trim());
-    glyphs.addFittedText (font,
-                          text,
-                          x,
-                          y,
-                          blockWidth,
-                          lineHeight * static_cast<float> (lines),
-                          juce::Justification::topLeft,
-                          lines,
-                          smallestHorizontalScale);
-}
-
-/** The bottom edge of the last glyph, white space included. */
-float ScreenText::bottom() const
-{
-    return glyphs.getBoundingBox (glyphs.getNumGlyphs() - 1, 1, true).getBottom();
+    bottom = addFittedText (glyphs,
+                            font,
+                            text,
+                            { x, y, blockWidth, lineHeight * static_cast<float> (lines) },
+                            juce::Justification::topLeft,
+                            lines);
 }
 
 /** A text with the name of the model in its place. */

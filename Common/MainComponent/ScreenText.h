@@ -29,8 +29,7 @@ struct ScreenState
 
 /** Lays out one screen in the current language. Texts and fonts come from the TxtLoader. Message thread only.
 
-    Blocks are in pixels of the panel, aligned to their top left, broken into lines by the toolkit, squeezed to 70 % at
-    the most and then cut.
+    Blocks are in pixels of the panel, aligned to their top left, and fitted as addFittedText says.
 */
 class ScreenText
 {
@@ -59,11 +58,11 @@ private:
     void dispHowToStart (float x, float y, unsigned language, const juce::String& fontName);
     void addLines (const juce::String& text, const juce::Font& font, float x, float y, float blockWidth, int lines);
 
-    [[nodiscard]] float bottom() const;
     [[nodiscard]] static juce::String textFor (TextId id);
 
     float width;
     float height;
+    float bottom = 0.0f; ///< of the last block, in pixels
     juce::GlyphArrangement glyphs;
     juce::StringArray words;
 };

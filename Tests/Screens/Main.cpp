@@ -2,6 +2,7 @@
 // Draws the panel's screens and its open menu into pictures: wqv-screens FOLDER. Needs a display, for the menu.
 
 #include "ContactSheet.h"
+#include "JuceVersions.h"
 #include "PanelFixture.h"
 #include "TxtLoader.h"
 
@@ -28,7 +29,7 @@ public:
             const auto scale = static_cast<float> (i + 1);
             const auto picture = subject.createComponentSnapshot (subject.getLocalBounds(), true, scale)
                                      .convertedToFormat (juce::Image::RGB);
-            sheets[i].add (picture, texts.getLang (texts.locale()), juce::Font (texts.getFont(), 13.0f, 0));
+            sheets[i].add (picture, texts.getLang (texts.locale()), FontOptions (texts.getFont(), 13.0f, 0));
 
             if (i == 0 && texts.locale() == 0)
                 english = picture;

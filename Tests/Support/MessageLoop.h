@@ -3,17 +3,11 @@
 
 #pragma once
 
+#include "JuceVersions.h"
+
 #include <juce_events/juce_events.h>
 
 #include <limits>
-
-namespace juce
-{
-
-/** The toolkit's own: dispatches what is pending, or waits for something to be; whether it dispatched anything. */
-bool dispatchNextMessageOnSystemQueue (bool returnIfNoPendingMessages);
-
-} // namespace juce
 
 namespace wqv
 {

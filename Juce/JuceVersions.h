@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What differs between the versions of JUCE that this program builds with, from 7.0.5 on: all of it is here.
+
+#pragma once
+
+#include <juce_core/juce_core.h>
+
+#ifdef JUCE_MODULE_AVAILABLE_juce_graphics
+#include <juce_graphics/juce_graphics.h>
+#endif
+
+/** The header that declares juce::LinuxEventLoopInternal. */
+#if JUCE_VERSION >= 0x070006
+#define WQV_JUCE_EVENT_LOOP_INTERNAL <juce_events/native/juce_EventLoopInternal_linux.h>
+#else
+#define WQV_JUCE_EVENT_LOOP_INTERNAL <juce_events/native/juce_linux_EventLoopInternal.h>
+#endif
+
+namespace juce
+{
+
+/** Dispatches what is pending, or waits for something to be; whether it dispatched anything. */
+#if JUCE_VERSION >= 0x070006
+namespace detail
+{
+bool dispatchNextMessageOnSystemQueue (bool returnIfNoPendingMessages);
+}
+
+using detail::dispatchNextMessageOnSystemQueue;
+#else
+bool dispatchNextMessageOnSystemQueue (bool returnIfNoPendingMessages);
+#endif
+
+} // namespace juce
+
+#ifdef JUCE_MODULE_AVAILABLE_juce_graphics
+namespace wqv
+{
+
+/** What a juce::Font is made of: typeface name, height and style. */
+#if JUCE_VERSION >= 0x080000
+using FontOptions = juce::FontOptions;
+#else
+using FontOptions = juce::Font;
+#endif
+
+/** Adds a line of text to an arrangement, from 0 on the baseline 0, a glyph for each character. */
+inline void addLineOfText (juce::GlyphArrangement& glyphs, const juce::Font& font, const juce::String& line)
+{
+#if JUCE_VERSION >= 0x080000
+    juce::Array<int> numbers;
+    juce::Array<float> offsets; // and, behind them, the width
+    font.getTypefacePtr()->getGlyphPositions (
+        font.getMetricsKind(), line, numbers, offsets, font.getHeight(), font.getHorizontalScale());
+
+    for (int i = 0; i < numbers.size(); ++i)
+        glyphs.addGlyph ({ font,
+                           line[i],
+                           numbers[i],
+                           offsets[i],
+                           0.0f,
+                           offsets[i + 1] - offsets[i],
+                           juce::CharacterFunctions::isWhitespace (line[i]) });
+#else
+    glyphs.addLineOfText (font, line, 0.0f, 0.0f);
+#endif
+}
+
+} // namespace wqv
+#endif
