@@ -11,14 +11,16 @@ namespace wqv
 {
 
 MainWindow::MainWindow (const juce::String& name, Updater::Host host, std::span<const std::string> preferredLanguages)
-    : ResizableWindow (name, true), content (*new MainComponent (std::move (host), preferredLanguages))
+    : ResizableWindow (name, false), content (*new MainComponent (std::move (host), preferredLanguages))
 {
-    // Before it is shown: a window that gets its title bar afterwards is made anew in front of the user's eyes.
     setUsingNativeTitleBar (true);
     setContentOwned (&content, true);
     centreWithSize (getWidth(), getHeight());
     setAlwaysOnTop (true);
     setWantsKeyboardFocus (false); // but the panel does
+
+    // Only now: for each of these a window that is there already would be made anew.
+    addToDesktop();
     getPeer()->setIcon (juce::ImageFileFormat::loadFrom (wqv_krv20_updater_128_png_pointer,
                                                          static_cast<std::size_t> (wqv_krv20_updater_128_png_length)));
     setVisible (true);
