@@ -110,10 +110,11 @@ is_settled()
     [[ -n $settled && $settled == "$before" ]]
 }
 
-# pixels PICTURE [CROP]: names what is seen, so that two equal pictures give the same.
+# pixels PICTURE [CROP]: names what is seen, so that two equal pictures give the same. All as colours: of a picture that has
+# none elsewhere either, ImageMagick 7 would see grey, which has another name.
 pixels()
 {
-    timeout 20 convert "$1" ${2:+-crop "$2" +repage} -format '%#' info: 2>/dev/null
+    timeout 20 convert "$1" ${2:+-crop "$2" +repage} -colorspace sRGB -type TrueColor -format '%#' info: 2>/dev/null
 }
 
 shoot()
