@@ -111,7 +111,6 @@ void LangLookAndFeel::drawPopupMenuItem (juce::Graphics& g,
         font.setTypefaceName (name);
 
     font.setHeight (juce::jmin (font.getHeight(), static_cast<float> (height) / 1.3f));
-    g.setFont (font);
 
     const auto leftBorder = height * 5 / 4;
 
@@ -132,7 +131,7 @@ void LangLookAndFeel::drawPopupMenuItem (juce::Graphics& g,
                         2.0f, middle - ascent * 0.5f, static_cast<float> (leftBorder - 4), ascent, true));
     }
 
-    g.drawFittedText (text, leftBorder, 0, width - 4 - leftBorder, height, juce::Justification::centredLeft, 1, 0.7f);
+    drawFittedLine (g, font, text, { leftBorder, 0, width - 4 - leftBorder, height }, juce::Justification::centredLeft);
 
     if (shortcutKeyText.isNotEmpty())
     {

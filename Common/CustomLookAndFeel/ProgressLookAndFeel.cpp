@@ -3,6 +3,9 @@
 
 #include "ProgressLookAndFeel.h"
 
+#include "FittedText.h"
+#include "JuceVersions.h"
+
 namespace wqv
 {
 
@@ -27,8 +30,11 @@ void ProgressLookAndFeel::drawProgressBar (
     if (textToShow.isNotEmpty())
     {
         g.setColour (juce::Colours::white);
-        g.setFont (static_cast<float> (height) * 0.8f);
-        g.drawText (textToShow, 0, 0, width, height, juce::Justification::centred, false);
+        drawFittedLine (g,
+                        FontOptions (static_cast<float> (height) * 0.8f, juce::Font::plain),
+                        textToShow,
+                        { 0, 0, width, height },
+                        juce::Justification::centred);
     }
 }
 

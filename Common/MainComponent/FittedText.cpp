@@ -5,6 +5,7 @@
 
 #include "JuceVersions.h"
 
+#include <cmath>
 #include <limits>
 
 namespace wqv
@@ -90,6 +91,13 @@ float addFittedText (juce::GlyphArrangement& glyphs,
 
         glyphs.justifyGlyphs (start, count, area.getX(), y, area.getWidth(), lineHeight, justification);
         y += font.getHeight();
+
+        // Onto a whole pixel: JUCE 7 rounds to one when it draws, JUCE 8 takes the one above.
+        if (count > 0)
+        {
+            const auto baseline = glyphs.getGlyph (start).getBaselineY();
+            glyphs.moveRangeOfGlyphs (start, count, 0.0f, std::round (baseline) - baseline);
+        }
     }
 
     return y;
