@@ -4,6 +4,7 @@
 set (WQV_UPDATE_PACKAGE "" CACHE FILEPATH "The firmware update to put into the packages; none: the program alone")
 set (WQV_MAINTAINER "WQVUpdateProgram maintainers <maintainers@example.org>" CACHE STRING
     "Who answers for the packages: Name <mail address>")
+set (WQV_HOMEPAGE "https://example.org/" CACHE STRING "Where software centres send people who want to know more")
 set (WQV_COMPONENT_ID "org.example.wqv_krv20_updater" CACHE STRING
     "The program's name for software centres: a domain of the maker, reversed, and a name in it")
 set (WQV_DEBIAN_REVISION "1" CACHE STRING "Revision of the Debian package, above the last one for the same version")
@@ -46,6 +47,12 @@ endforeach()
 install (TARGETS WQVUpdateProgram wqv-package DESTINATION . COMPONENT tarball EXCLUDE_FROM_ALL)
 install (FILES "${WQV_PACKAGING}/70-wqv-krv20.rules" "${WQV_PACKAGING}/copyright" "${WQV_PACKAGING}/readme.txt" LICENSE
     DESTINATION . COMPONENT tarball EXCLUDE_FROM_ALL)
+
+# Debian has the text of this licence on every system, others may not.
+if (WQV_JUCE_VERSION VERSION_GREATER_EQUAL 8)
+    install (FILES "${WQV_JUCE_MODULES}/juce_graphics/unicode/sheenbidi/LICENSE"
+        DESTINATION . RENAME LICENSE.Apache-2.0 COMPONENT tarball EXCLUDE_FROM_ALL)
+endif()
 
 # An update that the program would refuse is not shipped.
 if (WQV_UPDATE_PACKAGE)
