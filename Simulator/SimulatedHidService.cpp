@@ -110,6 +110,7 @@ std::vector<HidDevice> SimulatedHidService::devices()
 {
     const std::scoped_lock guard (lock);
     std::vector<HidDevice> list;
+    list.reserve (slots.size());
 
     for (const auto& [id, slot] : slots)
         list.push_back (slot.device);

@@ -34,8 +34,7 @@ void handleSignal (int /*number*/)
 
 void setHandler (void (*handler) (int))
 {
-    struct sigaction action
-    {};
+    struct sigaction action = {};
     action.sa_handler = handler;
     action.sa_flags = SA_RESTART;
 

@@ -38,8 +38,9 @@ public:
     explicit Demo (DemoOptions optionsToUse)
         : options (std::move (optionsToUse)), controller (options.faults, paceOf (options.pace))
     {
-        controller.setLog ([] (const std::string& line) { std::cout << "demo: " << line << std::endl; });
-        std::cout << "demo: a virtual WQV-KRV20; nothing is written to any device" << std::endl;
+        std::cout << std::unitbuf; // each line at once, for who follows it
+        controller.setLog ([] (const std::string& line) { std::cout << "demo: " << line << '\n'; });
+        std::cout << "demo: a virtual WQV-KRV20; nothing is written to any device\n";
     }
 
     std::unique_ptr<HidService> makeHidService()
