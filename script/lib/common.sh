@@ -19,7 +19,7 @@ fail()
     exit 1
 }
 
-# How many things may run at once: one a processor, since a file of the toolkit takes about 1 GB to compile.
+# How many things may run at once: one a processor, since a file of JUCE takes about 1 GB to compile.
 jobs_at_once()
 {
     getconf _NPROCESSORS_ONLN 2>/dev/null || echo 2
