@@ -13,7 +13,7 @@ namespace wqv
 namespace
 {
 
-constexpr std::array<std::pair<std::string_view, Fault::Kind>, 11> kinds { {
+constexpr std::array<std::pair<std::string_view, Fault::Kind>, 12> kinds { {
     { "silent", Fault::Kind::silent },
     { "late", Fault::Kind::late },
     { "busy", Fault::Kind::busy },
@@ -23,6 +23,7 @@ constexpr std::array<std::pair<std::string_view, Fault::Kind>, 11> kinds { {
     { "refuse", Fault::Kind::refuse },
     { "notYet", Fault::Kind::notYet },
     { "unplug", Fault::Kind::unplug },
+    { "leave", Fault::Kind::leave },
     { "replug", Fault::Kind::replug },
     { "hold", Fault::Kind::hold },
 } };
@@ -63,6 +64,10 @@ std::optional<Fault> parseFault (std::string_view text)
 
     if (! readNumber (first, fault.first) || ! readNumber (place.empty() ? first : place, fault.last)
         || (hasValue && ! readNumber (text, fault.value)))
+        return {};
+
+    // Requests are counted from 1, and a range that ends before it begins holds none.
+    if (fault.first == 0 || fault.last < fault.first)
         return {};
 
     return fault;

@@ -26,6 +26,7 @@ struct Fault
         refuse, ///< "enter update mode" is refused
         notYet, ///< "enter update mode" is put off
         unplug, ///< the controller goes away
+        leave,  ///< the controller answers, then goes away
         replug, ///< the controller goes away and comes back value milliseconds later, as if just switched on
         hold    ///< the controller takes no report: the write waits until the system gives it up
     };

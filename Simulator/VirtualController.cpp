@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <tuple>
 #include <utility>
 
 namespace wqv
@@ -23,6 +24,23 @@ std::uint32_t littleEndian (std::span<const std::uint8_t> bytes)
                             bytes.rend(),
                             std::uint32_t { 0 },
                             [] (std::uint32_t value, std::uint8_t byte) { return (value << 8) | byte; });
+}
+
+/** Whether an answer lets the host go on from a request. */
+bool agrees (ResponseCode answer, RequestCode request)
+{
+    switch (request)
+    {
+        case RequestCode::enterUpdateMode: return answer == ResponseCode::updateMode;
+        case RequestCode::packageSummary: return answer == ResponseCode::summaryAccepted;
+        case RequestCode::blockHeader: return answer == ResponseCode::ready;
+        case RequestCode::blockData:
+            return answer == ResponseCode::ready || answer == ResponseCode::blockAccepted
+                   || answer == ResponseCode::blockVerified;
+        case RequestCode::finish: return answer == ResponseCode::busy || answer == ResponseCode::updateFinished;
+    }
+
+    return false;
 }
 
 std::int32_t binaryCodedDecimal (std::int32_t number)
@@ -63,8 +81,9 @@ VirtualController::Reaction VirtualController::receive (std::span<const std::uin
     expect (! answerIsOwed || mayInterrupt, "a request before the answer to the last one");
     answerIsOwed = true;
 
+    const std::pair before { phase, wasUpdating };
     auto reaction = answerTo (report);
-    applyFaults (reaction, code);
+    applyFaults (reaction, code, before);
     return reaction;
 }
 
@@ -103,6 +122,7 @@ VirtualController::Reaction VirtualController::enterUpdateMode (std::span<const 
     expectZeros (report.subspan (1), "enter update mode");
 
     phase = Phase::updateMode;
+    hasNewFirmware = false;
     received.clear();
     blocks.clear();
     currentBlock = 0;
@@ -207,10 +227,12 @@ VirtualController::Reaction VirtualController::finish (std::span<const std::uint
     phase = Phase::finished;
     wasUpdating = false;
 
-    if (isWhole())
+    hasNewFirmware = isWhole();
+
+    if (hasNewFirmware)
         version = binaryCodedDecimal (offeredVersion);
 
-    note (isWhole() ? "update finished, firmware version " + versionText (version) : "update broken off");
+    note (hasNewFirmware ? "update finished, firmware version " + versionText (version) : "update broken off");
     return answer (ResponseCode::updateFinished, 100, {});
 }
 
@@ -224,7 +246,7 @@ void VirtualController::completeBlock()
     note ("block " + std::to_string (currentBlock) + " received, " + std::to_string (data.size()) + " bytes");
 }
 
-void VirtualController::applyFaults (Reaction& reaction, RequestCode request)
+void VirtualController::applyFaults (Reaction& reaction, RequestCode request, std::pair<Phase, bool> before)
 {
     for (const auto& fault : faults)
     {
@@ -251,14 +273,17 @@ void VirtualController::applyFaults (Reaction& reaction, RequestCode request)
             case Fault::Kind::refuse: putOff (refusal); break;
             case Fault::Kind::notYet: putOff (static_cast<std::uint8_t> (ModeStatus::notYet)); break;
             case Fault::Kind::unplug: reaction.events = { { .kind = Event::Kind::unplug } }; break;
+            case Fault::Kind::leave:
+                reaction.events.push_back ({ .kind = Event::Kind::unplug, .delay = last.delay });
+                break;
             case Fault::Kind::hold: break;
 
             case Fault::Kind::wrong:
                 last.report[0] = static_cast<std::uint8_t> (fault.value);
 
-                // A header that is not answered "ready" leaves its block out.
-                if (request == RequestCode::blockHeader)
-                    phase = Phase::betweenBlocks;
+                // What the controller has not agreed to has not happened.
+                if (! agrees (static_cast<ResponseCode> (last.report[0]), request))
+                    std::tie (phase, wasUpdating) = before;
 
                 break;
 

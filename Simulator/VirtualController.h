@@ -13,6 +13,7 @@
 #include <map>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace wqv
@@ -84,7 +85,7 @@ public:
     [[nodiscard]] std::size_t requestCount() const { return requests; }
 
     /** Whether an update has ended with every enabled block received whole. */
-    [[nodiscard]] bool isUpdated() const { return phase == Phase::finished && isWhole(); }
+    [[nodiscard]] bool isUpdated() const { return hasNewFirmware; }
 
 private:
     enum class Phase
@@ -111,7 +112,7 @@ private:
     Reaction takeData (std::span<const std::uint8_t> report);
     Reaction finish (std::span<const std::uint8_t> report);
     void completeBlock();
-    void applyFaults (Reaction& reaction, RequestCode request);
+    void applyFaults (Reaction& reaction, RequestCode request, std::pair<Phase, bool> before);
 
     [[nodiscard]] Reaction answer (ResponseCode code, std::uint8_t value, Milliseconds delay) const;
     [[nodiscard]] Event busyReport (Milliseconds delay) const;
@@ -130,6 +131,7 @@ private:
 
     Phase phase = Phase::normal;
     bool answerIsOwed = false;
+    bool hasNewFirmware = false;
     bool wasUpdating = false; ///< a summary was accepted, be it before an unplug
     std::int32_t version = 0x0100;
     std::int32_t offeredVersion = 0;
