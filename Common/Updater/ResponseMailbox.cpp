@@ -8,10 +8,18 @@
 
 namespace wqv
 {
+namespace
+{
+
+/** A message thread that does not turn in this time stands still, and then there is no use in waiting for it. */
+constexpr std::chrono::seconds longestTurn { 1 };
+
+} // namespace
 
 void ResponseMailbox::reset()
 {
     const std::scoped_lock guard (lock);
+    answerBeforeInterruption.reset();
     signalled = false;
     interrupted = false;
 }
@@ -27,9 +35,20 @@ void ResponseMailbox::store (std::span<const std::uint8_t> report, bool wake)
 void ResponseMailbox::interrupt()
 {
     const std::scoped_lock guard (lock);
+
+    if (signalled && ! interrupted)
+        answerBeforeInterruption = lastReport();
+
     responseBuffer.fill (0);
     signalled = true;
     interrupted = true;
+    event.notify_one();
+}
+
+void ResponseMailbox::turned()
+{
+    const std::scoped_lock guard (lock);
+    hasTurned = true;
     event.notify_one();
 }
 
@@ -40,20 +59,44 @@ void ResponseMailbox::stop()
     event.notify_one();
 }
 
-Answer ResponseMailbox::wait (std::chrono::milliseconds limit)
+Answer ResponseMailbox::wait (std::chrono::milliseconds limit, const std::function<void()>& askForTurn)
 {
+    const auto end = std::chrono::steady_clock::now() + limit;
     std::unique_lock guard (lock);
-    event.wait_for (guard, limit, [this] { return signalled || stopped; });
+    const auto isOver = [this] { return signalled || stopped; };
 
-    if (std::exchange (interrupted, false) || stopped)
+    if (! event.wait_until (guard, end, isOver))
     {
-        signalled = false;
-        return { .signalled = true };
+        hasTurned = false;
+        guard.unlock();
+        askForTurn();
+        guard.lock();
+        event.wait_for (guard, longestTurn, [&] { return isOver() || hasTurned; });
     }
 
-    return { .signalled = std::exchange (signalled, false),
-             .code = static_cast<ResponseCode> (responseBuffer[0]),
-             .value = responseBuffer[1] };
+    auto answer = lastReport();
+    answer.signalled = signalled || stopped;
+
+    if (const auto before = std::exchange (answerBeforeInterruption, {}); before && ! stopped)
+    {
+        answer = *before; // and the interruption stays for the next wait
+    }
+    else
+    {
+        if (std::exchange (interrupted, false) || stopped)
+            answer = { .signalled = true };
+
+        signalled = false;
+    }
+
+    answer.remaining =
+        std::max (std::chrono::floor<std::chrono::milliseconds> (end - std::chrono::steady_clock::now()), {});
+    return answer;
+}
+
+Answer ResponseMailbox::lastReport() const
+{
+    return { .signalled = true, .code = static_cast<ResponseCode> (responseBuffer[0]), .value = responseBuffer[1] };
 }
 
 } // namespace wqv

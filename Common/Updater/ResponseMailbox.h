@@ -9,7 +9,9 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
+#include <functional>
 #include <mutex>
+#include <optional>
 #include <span>
 
 namespace wqv
@@ -18,7 +20,8 @@ namespace wqv
 /** The last input report and the signal that it came, under one lock.
 
     wait() takes report and signal in one step. So a removal that is signalled just before a wait is not lost, and two
-    answers close together wake the worker once, with the later one, and leave no signal behind.
+    answers close together wake the worker once, with the later one, and leave no signal behind. An answer and a removal
+    count in the order of their arrival.
 
     Any thread may call anything.
 */
@@ -33,25 +36,35 @@ public:
         @param wake    whether the worker is to hear of it */
     void store (std::span<const std::uint8_t> report, bool wake);
 
-    /** The controller went away or came back: zeroes the report and wakes the worker. Whatever answer comes before the
-        worker's next wait does not hide this from it. */
+    /** The controller went away or came back: zeroes the report and wakes the worker. An answer that came before and was not
+        taken yet is what the next wait brings, and this what the one after it brings. Whatever answer comes later, but
+        before the worker's next wait, does not hide this from it. */
     void interrupt();
+
+    /** The message thread has read all that there was to read when a wait asked for this. */
+    void turned();
 
     /** Ends the wait in progress, and every later one at once, as an interruption does. */
     void stop();
 
     /** Waits for a signal and takes it.
-        @param limit  how long to wait
+        @param limit       how long to wait
+        @param askForTurn  called on this thread, without the lock, when the limit is over: the wait then goes on until
+                           turned(), but for a second at most, since an answer may lie unread
         @returns the first two bytes of the last report; all zero after an interruption */
-    [[nodiscard]] Answer wait (std::chrono::milliseconds limit);
+    [[nodiscard]] Answer wait (std::chrono::milliseconds limit, const std::function<void()>& askForTurn);
 
 private:
+    [[nodiscard]] Answer lastReport() const;
+
     std::mutex lock;
     std::condition_variable event;
     std::array<std::uint8_t, 1024> responseBuffer {};
+    std::optional<Answer> answerBeforeInterruption;
     bool signalled = false;
     bool interrupted = false;
     bool stopped = false;
+    bool hasTurned = false;
 };
 
 } // namespace wqv

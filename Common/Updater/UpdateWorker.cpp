@@ -37,7 +37,7 @@ bool UpdateWorker::send (const Request& request)
 
 Answer UpdateWorker::wait (std::chrono::milliseconds limit)
 {
-    return context.mailbox.wait (limit);
+    return context.mailbox.wait (limit, context.askForTurn);
 }
 
 void UpdateWorker::pause (std::chrono::milliseconds duration)

@@ -31,6 +31,9 @@ public:
 
         /** Asks for a status; called on the worker's thread. */
         std::function<void (UpdaterStatus_t)> post;
+
+        /** Asks that the mailbox be told when the message thread has read all that there is; called on the worker's thread. */
+        std::function<void()> askForTurn;
     };
 
     explicit UpdateWorker (Context contextToUse);

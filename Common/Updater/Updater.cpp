@@ -39,7 +39,8 @@ struct Updater::Engine final : HidHandler
                             hidCtrl,
                             mailbox,
                             owner.progressOfUpdate,
-                            [this] (UpdaterStatus_t status) { owner.post (status); } } };
+                            [this] (UpdaterStatus_t status) { owner.post (status); },
+                            [this] { owner.askForTurn(); } } };
 };
 
 Updater::Updater (Host hostToUse, Listener& listenerToUse)
@@ -92,8 +93,29 @@ void Updater::post (UpdaterStatus_t requested)
     triggerAsyncUpdate();
 }
 
+/** Called by the worker. One round of the message loop may deal with this before it reads what the controller has sent, but
+    the round after that has read it. */
+void Updater::askForTurn()
+{
+    turnsWanted = 2;
+    triggerAsyncUpdate();
+}
+
+void Updater::takeTurn()
+{
+    if (turnsWanted == 0)
+        return;
+
+    if (--turnsWanted == 0)
+        engine->mailbox.turned();
+    else
+        triggerAsyncUpdate();
+}
+
 void Updater::handleAsyncUpdate()
 {
+    takeTurn();
+
     // Only the user leaves the first screen. What is asked for there stays until the next request overwrites it.
     if (currentStatus == UPDATER_STATUS_START)
         return;
@@ -162,7 +184,9 @@ void Updater::startUpdate()
         return;
 
     engine->mailbox.reset();
-    engine->worker.startThread();
+
+    if (! engine->worker.startThread())
+        updateSequence (UPDATER_STATUS_ERROR);
 }
 
 void Updater::quitSequence()

@@ -88,6 +88,8 @@ private:
     void handleAsyncUpdate() override;
     void updateSequence (UpdaterStatus_t next);
     void post (UpdaterStatus_t requested);
+    void askForTurn();
+    void takeTurn();
     void applyWorkersRequest();
     void leaveFirstScreen();
     void startUpdate();
@@ -106,6 +108,8 @@ private:
     std::shared_ptr<void> isAwake; ///< keeps the machine so while an update runs
     std::int32_t versionOfDevice = -1;
     std::atomic<double> progressOfUpdate { 0.0 };
+
+    std::atomic<int> turnsWanted { 0 }; ///< rounds of the message loop until the worker's wait has an end
 
     juce::CriticalSection lock; ///< makes a request and its trigger one step
     std::int32_t pendingStatus; ///< what the worker or a device event asks for; noRequest if nothing

@@ -25,11 +25,13 @@ bool ScriptedLink::send (const Request& request)
 Answer ScriptedLink::wait (Milliseconds limit)
 {
     takeStep();
+    const auto end = now + limit;
 
     if (! isStopped)
-        playUntil (now + limit);
+        playUntil (end);
 
-    const auto answer = mailbox.wait (Milliseconds {});
+    auto answer = mailbox.wait (Milliseconds {}, [this] { mailbox.turned(); });
+    answer.remaining = end - now;
     waits.push_back ({ .requests = requests.size(), .limit = limit, .answer = answer });
     takeStep();
     return answer;

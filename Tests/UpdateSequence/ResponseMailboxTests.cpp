@@ -26,7 +26,7 @@ struct ResponseMailboxTest : testing::Test
 
     void expect (bool signalled, int code, int value)
     {
-        const auto answer = mailbox.wait (0ms);
+        const auto answer = mailbox.wait (0ms, [this] { mailbox.turned(); });
         EXPECT_EQ (answer.signalled, signalled);
         EXPECT_EQ (static_cast<int> (answer.code), code);
         EXPECT_EQ (answer.value, value);
@@ -63,10 +63,17 @@ TEST_F (ResponseMailboxTest, aSignalIsTakenOnceAndTheReportStays)
 
 TEST_F (ResponseMailboxTest, anInterruptionIsNotHiddenByAnAnswer)
 {
-    store ({ 0xF9, 1 });
+    // Each in its turn, but what lay there before the worker's last wait is no answer.
+    store ({ 0xFC, 1 });
     mailbox.interrupt();
+    mailbox.interrupt();
+    expect (true, 0xFC, 1);
     expect (true, 0, 0);
     expect (false, 0, 0);
+
+    store ({ 0xF9, 1 }, false);
+    mailbox.interrupt();
+    expect (true, 0, 0);
 
     mailbox.interrupt();
     store ({ 0xF9, 1 });
@@ -75,20 +82,33 @@ TEST_F (ResponseMailboxTest, anInterruptionIsNotHiddenByAnAnswer)
     store ({ 0xFB, 2 });
     expect (true, 0xFB, 2);
 
+    store ({ 0xF9, 1 });
     mailbox.interrupt();
     mailbox.reset();
     expect (false, 0, 0);
+}
+
+TEST_F (ResponseMailboxTest, whatLiesUnreadAtTheEndOfAWaitIsAnAnswer)
+{
+    const auto answer = mailbox.wait (0ms,
+                                      [this]
+                                      {
+                                          store ({ 0xF8, 1 });
+                                          mailbox.turned();
+                                      });
+    EXPECT_TRUE (answer.signalled);
+    EXPECT_EQ (answer.code, ResponseCode::summaryAccepted);
 }
 
 TEST_F (ResponseMailboxTest, aStopEndsEveryWaitForGood)
 {
     store ({ 0xFC, 1 });
     mailbox.stop();
-    EXPECT_EQ (mailbox.wait (1h).code, ResponseCode::none);
+    EXPECT_EQ (mailbox.wait (1h, [] {}).code, ResponseCode::none);
 
     mailbox.reset();
     store ({ 0xFC, 1 });
-    EXPECT_TRUE (mailbox.wait (1h).signalled);
+    EXPECT_TRUE (mailbox.wait (1h, [] {}).signalled);
     expect (true, 0, 0);
 }
 
@@ -102,7 +122,7 @@ TEST_F (ResponseMailboxTest, everyEventEndsAWaitInProgress)
         {
             for (int i = 0; i <= rounds; ++i)
             {
-                EXPECT_EQ (mailbox.wait (1h).code, i % 2 == 0 ? ResponseCode::none : ResponseCode::busy);
+                EXPECT_EQ (mailbox.wait (1h, [] {}).code, i % 2 == 0 ? ResponseCode::none : ResponseCode::busy);
                 woken.release();
             }
         });

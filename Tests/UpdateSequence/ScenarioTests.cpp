@@ -39,7 +39,11 @@ TEST (Scenarios, requestsLimitsAndResult)
         { "late@1:10001",       true,  "4401333131332" },
         { "notYet@1,refuse@2",  false, "44" },
         { "brief@1,notYet@1",   true,  "4401333131332" },
+        { "wrong@1:0x55",       true,  "4401333131332" },
+        { "wrong@1:0xF8",       true,  "4401333131332" },
         { "wrong@2:0xF6",       false, "40" },
+        { "leave@12",           true,  "401333131332" },
+        { "leave@11",           false, "401333131332" },
         { "late@2:9999",        true,  "401333131332" },
 
         { "wrong@2:0xF8,wrong@4:0xF9,wrong@6:0xFB,wrong@12:0xFC", true, "401333131332" },
@@ -129,6 +133,12 @@ TEST (Scenarios, progressIsTheControllersOwnFigure)
     beyond.link.schedule ({ .delay = 500ms, .report = { 0xF7, 150 } });
     EXPECT_FALSE (beyond.run());
     EXPECT_EQ (beyond.link.progress, (Fractions { 0, 1.5, 1.0 }));
+}
+
+TEST (Scenarios, faultsThatCannotHappenAreRefused)
+{
+    for (const auto* const script : { "unplug@0", "silent@40-30", "late@1:", "unplug", "unplugged@1", "silent@1-2-3" })
+        EXPECT_FALSE (parseFaultScript (script)) << script;
 }
 
 TEST (Scenarios, theControllerNotesWhatTheHostDoesWrong)

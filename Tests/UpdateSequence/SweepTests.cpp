@@ -26,9 +26,10 @@ const std::array<ControllerPace, 2> paces {
 
 TEST (Sweep, everyFaultAtEveryRequest)
 {
-    constexpr std::array<Fault, 8> faults { { { .kind = Kind::silent },
+    constexpr std::array<Fault, 9> faults { { { .kind = Kind::silent },
                                               { .kind = Kind::wrong, .value = 0x55 },
                                               { .kind = Kind::unplug },
+                                              { .kind = Kind::leave },
                                               { .kind = Kind::replug },
                                               { .kind = Kind::replug, .value = 5000 },
                                               { .kind = Kind::brief },
@@ -53,9 +54,10 @@ TEST (Sweep, everyFaultAtEveryRequest)
 
                 // Only these leave the update whole, or as whole as the controller wants it.
                 const auto isHarmless = fault.kind == Kind::brief || fault.value == 9900;
-                const auto isOvercome = n == 1 && fault.kind != Kind::unplug;
+                const auto isOvercome = n == 1 && fault.kind != Kind::unplug && fault.kind != Kind::leave;
+                const auto isTooLate = n == count && fault.kind == Kind::leave;
                 const auto leavesOut = fault.kind == Kind::wrong && clean.link.codes()[n - 1] == '1';
-                EXPECT_EQ (result, isHarmless || isOvercome || leavesOut);
+                EXPECT_EQ (result, isHarmless || isOvercome || isTooLate || leavesOut);
 
                 if (result)
                 {
@@ -70,6 +72,34 @@ TEST (Sweep, everyFaultAtEveryRequest)
                 EXPECT_LE (update.link.requests.size(), count + 14);
             }
     }
+}
+
+TEST (Sweep, aLateAnswerToUpdateModeAtAnyMoment)
+{
+    Conversation clean (sizes, {}, paces[1]);
+    ASSERT_TRUE (clean.run());
+
+    // The first request is answered when the second has been, at each millisecond of the update.
+    for (std::uint32_t time = 0; time < clean.link.now / 1ms; ++time)
+    {
+        SCOPED_TRACE (time);
+        Conversation update (sizes, { { .kind = Kind::late, .value = 10000 + time } }, paces[1]);
+        EXPECT_TRUE (update.run());
+        EXPECT_TRUE (update.controller.isUpdated());
+        EXPECT_EQ (update.controller.hostErrors(), Errors {});
+    }
+
+    // Each of two, by a controller that takes longer than the host waits.
+    Conversation slow (sizes, {}, { .restart = 10001ms, .erase = 4s });
+    EXPECT_TRUE (slow.run());
+    EXPECT_EQ (slow.link.codes(),
+               "4401333131133"
+               "2");
+
+    // One that nobody is owed is an answer, and a wrong one.
+    Conversation wrong (sizes, { { .kind = Kind::late, .first = 4, .last = 4, .value = 2000 } });
+    wrong.link.schedule ({ .delay = 1s, .report = { 0xF6, 1 } });
+    EXPECT_FALSE (wrong.run());
 }
 
 TEST (Sweep, aStopAtEveryStep)

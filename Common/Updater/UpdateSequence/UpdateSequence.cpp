@@ -159,13 +159,33 @@ bool UpdateSequence::exchange (const Request& request, std::chrono::milliseconds
 
     lastRequest = static_cast<RequestCode> (request.front());
     lastRequestTaken = link.send (request);
+
+    if (lastRequest == RequestCode::enterUpdateMode)
+        ++modeAnswersOwed;
+
     return awaitAnswer (limit);
 }
 
 bool UpdateSequence::awaitAnswer (std::chrono::milliseconds limit)
 {
-    answer = link.wait (limit);
+    do
+    {
+        answer = link.wait (limit);
+        limit = answer.remaining;
+    }
+    while (isLateModeAnswer());
+
     return answer.signalled;
+}
+
+/** Counts the answers to "enter update mode"; whether this one comes when another answer is waited for. */
+bool UpdateSequence::isLateModeAnswer()
+{
+    if (! answer.signalled || answer.code != ResponseCode::updateMode || modeAnswersOwed == 0)
+        return false;
+
+    --modeAnswersOwed;
+    return lastRequest != RequestCode::enterUpdateMode;
 }
 
 void UpdateSequence::showPercentage()

@@ -24,6 +24,9 @@ struct Answer
 
     /** Byte 1 of the last report. */
     std::uint8_t value = 0;
+
+    /** What is left of the limit. */
+    std::chrono::milliseconds remaining {};
 };
 
 /** Runs one update. It knows no thread, clock or device: it talks through a Link, which the worker gives it and the
@@ -64,7 +67,8 @@ public:
     /** Enters update mode, sends the summary, each enabled block's header and data, and polls until the controller has
         finished; the limits are those of timeLimits.
 
-        Three rules are deliberate. While entering update mode a time-out still judges the last report. A block whose
+        Four rules are deliberate. While entering update mode a time-out still judges the last report. A slow controller
+        may answer each of several requests to enter it: what of that comes in a later step is passed over. A block whose
         header gets any real answer other than the accepting one is left out without a failure. And nothing but the
         first and the last kind of request is ever sent twice.
 
@@ -87,6 +91,7 @@ public:
 private:
     bool exchange (const Request& request, std::chrono::milliseconds limit);
     bool awaitAnswer (std::chrono::milliseconds limit);
+    [[nodiscard]] bool isLateModeAnswer();
     void showPercentage();
 
     [[nodiscard]] int sendUpdateMode();
@@ -103,7 +108,8 @@ private:
     const FirmwareBlocks& fw_info;
 
     Answer answer;
-    double percent = 0.0; ///< the last figure of the data phase, 0 to 100
+    double percent = 0.0;    ///< the last figure of the data phase, 0 to 100
+    int modeAnswersOwed = 0; ///< requests to enter update mode that were not answered yet
     RequestCode lastRequest = RequestCode::enterUpdateMode;
     bool lastRequestTaken = true;
 };
