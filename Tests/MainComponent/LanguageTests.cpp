@@ -136,15 +136,22 @@ TEST (Languages, sayTheSameInTypefacesThatCanDrawIt)
     }
 }
 
-/** Whether text and controls of a screen keep to the window and to themselves, and nothing was cut. */
+/** Whether text and controls of a screen keep to the window and to themselves, and nothing was cut or squeezed. */
 void expectFits (PanelFixture& fixture)
 {
+    // Of 3.23 pixels. Only English, whose words are given, is squeezed by more, and a script with a font of its own.
+    constexpr float narrowestSpace = 3.0f;
+    const auto& texts = *TxtLoader::getInstance();
+    const auto mayBeSqueezed = texts.locale() == 0 || texts.getFont() != "WQV Sans";
+
     juce::String drawn;
     std::set<int> baselines;
 
     for (const auto& glyph : fixture.panel->getText().getGlyphs())
     {
         EXPECT_NE (glyph.getCharacter(), juce::juce_wchar (0x2026));
+        EXPECT_TRUE (mayBeSqueezed || glyph.getCharacter() != ' ' || glyph.getBounds().getWidth() > narrowestSpace)
+            << drawn;
 
         if (glyph.isWhitespace())
             continue;

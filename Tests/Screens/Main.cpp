@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Draws the panel's screens and its open menu into pictures: wqv-screens FOLDER. Needs a display, for the menu.
+// Draws the panel's screens and its open menu into pictures: wqv-screens FOLDER. Needs a display.
 
 #include "ContactSheet.h"
+#include "DisplayEvents.h"
 #include "JuceVersions.h"
 #include "PanelFixture.h"
 #include "TxtLoader.h"
@@ -58,6 +59,17 @@ void fillBar (PanelFixture& fixture)
     fixture.loop.runUntil ([&] { return fixture.picture().getPixelAt (lastFilled, 78) != juce::Colour (8, 8, 8); });
 }
 
+/** Puts the panel on the display and gives it the keyboard, as a user has it: a button then has a line around it. */
+void giveKeyboard (PanelFixture& fixture)
+{
+    fixture.panel->setVisible (true);
+    fixture.panel->addToDesktop (juce::ComponentPeer::windowIsTemporary);
+
+    const DisplayEvents displayEvents (*fixture.panel);
+    fixture.panel->getPeer()->grabFocus();
+    fixture.loop.runUntil ([&] { return fixture.panel->hasKeyboardFocus (true); });
+}
+
 bool drawScreens (const juce::File& folder)
 {
     for (const auto& screen : panelScreens)
@@ -75,6 +87,7 @@ bool drawScreens (const juce::File& folder)
             std::ignore = fixture.picture();
             fixture.loop.runUntil ([&] { return ! fixture.find<AlineButton> ("OK").isDown(); });
 
+            giveKeyboard (fixture);
             series.add (*fixture.panel);
         }
 
