@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One call of logind's, whose answer is a descriptor.
+// Calls of logind's, whose answers are descriptors.
 
 #include "SleepInhibitor.h"
 
 #include <juce_events/juce_events.h>
 
+#include <algorithm>
 #include <cstring>
 #include <fcntl.h>
 #include <iostream>
@@ -13,22 +14,12 @@
 
 namespace wqv
 {
-namespace
-{
-
-void complain (const char* reason)
-{
-    std::cerr << "WQVUpdateProgram: the machine may fall asleep during the update: " << reason << '\n';
-}
-
-} // namespace
 
 SleepInhibitor::SleepInhibitor (const std::string& who, const std::string& why)
 {
     if (const auto status = ask (who, why); status < 0)
     {
-        complain (std::strerror (-status)); // NOLINT (concurrency-mt-unsafe): only this thread asks
-        bus.reset();
+        giveUp (status);
         return;
     }
 
@@ -46,67 +37,73 @@ SleepInhibitor::~SleepInhibitor()
 {
     hangUp();
 
-    if (lock >= 0)
-        close (lock);
+    for (const auto& lock : locks)
+        if (lock.descriptor >= 0)
+            close (lock.descriptor);
 }
 
-/** Puts the question on its way.
+/** Puts the questions on their way.
     @returns below 0 for an error of the system's */
 int SleepInhibitor::ask (const std::string& who, const std::string& why)
 {
     sd_bus* opened = nullptr;
+    auto status = sd_bus_open_system (&opened);
 
-    if (const auto status = sd_bus_open_system (&opened); status < 0)
+    if (status < 0)
         return status;
 
     bus.reset (opened, sd_bus_close_unref);
 
-    return sd_bus_call_method_async (
-        opened,
-        nullptr,
-        "org.freedesktop.login1",
-        "/org/freedesktop/login1",
-        "org.freedesktop.login1.Manager",
-        "Inhibit",
-        [] (sd_bus_message* answer, void* inhibitor, sd_bus_error* /*error*/)
-        {
-            static_cast<SleepInhibitor*> (inhibitor)->takeAnswer (*answer);
-            return 0;
-        },
-        this,
-        "ssss",
-        "sleep:idle:handle-lid-switch",
-        who.c_str(),
-        why.c_str(),
-        "block");
+    for (auto& lock : locks)
+    {
+        status = sd_bus_call_method_async (
+            opened,
+            nullptr,
+            "org.freedesktop.login1",
+            "/org/freedesktop/login1",
+            "org.freedesktop.login1.Manager",
+            "Inhibit",
+            [] (sd_bus_message* answer, void* asked, sd_bus_error* /*error*/)
+            {
+                static_cast<Lock*> (asked)->takeAnswer (*answer);
+                return 0;
+            },
+            &lock,
+            "ssss",
+            lock.what,
+            who.c_str(),
+            why.c_str(),
+            "block");
+
+        if (status < 0)
+            return status;
+    }
+
+    return status;
 }
 
-/** Sends and receives what there is, and hangs up when the answer has come. */
+/** Sends and receives what there is, and hangs up when all answers have come. */
 void SleepInhibitor::talk()
 {
+    const auto isOver = [this] { return std::ranges::all_of (locks, &Lock::isAnswered); };
     auto status = 1;
 
-    while (status > 0 && ! isAnswered)
+    while (status > 0 && ! isOver())
         status = sd_bus_process (bus.get(), nullptr);
 
-    if (status < 0 && ! isAnswered)
-        complain (std::strerror (-status)); // NOLINT (concurrency-mt-unsafe): only this thread asks
-
-    if (status < 0 || isAnswered)
+    if (isOver())
         hangUp();
+    else if (status < 0)
+        giveUp (status);
 }
 
-void SleepInhibitor::takeAnswer (sd_bus_message& answer)
+void SleepInhibitor::giveUp (int status)
 {
-    int descriptor = -1; // the message's own
-    isAnswered = true;
+    for (const auto& lock : locks)
+        if (! lock.isAnswered)
+            lock.complain (std::strerror (-status)); // NOLINT (concurrency-mt-unsafe): only this thread asks
 
-    if (const auto* const error = sd_bus_message_get_error (&answer); error != nullptr)
-        complain (error->message != nullptr ? error->message : error->name);
-    else if (sd_bus_message_read (&answer, "h", &descriptor) < 0)
-        complain ("logind's answer makes no sense");
-    else
-        lock = fcntl (descriptor, F_DUPFD_CLOEXEC, 0);
+    hangUp();
 }
 
 void SleepInhibitor::hangUp()
@@ -116,6 +113,24 @@ void SleepInhibitor::hangUp()
 
     juce::LinuxEventLoop::unregisterFdCallback (sd_bus_get_fd (bus.get()));
     bus.reset();
+}
+
+void SleepInhibitor::Lock::takeAnswer (sd_bus_message& answer)
+{
+    int given = -1; // the message's own
+    isAnswered = true;
+
+    if (const auto* const error = sd_bus_message_get_error (&answer); error != nullptr)
+        complain (error->message != nullptr ? error->message : error->name);
+    else if (sd_bus_message_read (&answer, "h", &given) < 0)
+        complain ("logind's answer makes no sense");
+    else
+        descriptor = fcntl (given, F_DUPFD_CLOEXEC, 0);
+}
+
+void SleepInhibitor::Lock::complain (const char* reason) const
+{
+    std::cerr << "WQVUpdateProgram: the machine may " << danger << " during the update: " << reason << '\n';
 }
 
 } // namespace wqv

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Keeps the machine from falling asleep, by logind.
+// Keeps the machine from falling asleep and from being turned off, by logind.
 
 #pragma once
 
+#include <array>
 #include <memory>
 #include <string>
 
@@ -12,11 +13,12 @@ struct sd_bus_message;
 namespace wqv
 {
 
-/** While it lives, the machine neither sleeps nor turns idle, not even when its lid is closed; the desktop can show who
-    wants that, and why. The kernel gives it back if the process ends in any other way.
+/** While it lives, the machine neither sleeps nor turns idle, not even when its lid is closed, and turning it off is held
+    up; the desktop can show who wants that, and why. The kernel gives it back if the process ends in any other way.
 
-    It never waits: logind is asked in the background of the message loop. If it refuses or is not there, one line on
-    standard error says so, and that is all; one that never answers is not complained of. Message thread only.
+    It never waits: logind is asked in the background of the message loop, for turning off apart, since it may refuse that
+    alone. What it refuses it is one line on standard error each, and one if it is not there, and that is all; one that
+    never answers is not complained of. Message thread only.
 */
 class SleepInhibitor
 {
@@ -29,14 +31,26 @@ public:
     SleepInhibitor& operator= (const SleepInhibitor&) = delete;
 
 private:
+    /** One of logind's. */
+    struct Lock
+    {
+        void takeAnswer (sd_bus_message& answer);
+        void complain (const char* reason) const;
+
+        const char* what;   ///< logind's names for it
+        const char* danger; ///< what the machine may do without it
+        bool isAnswered = false;
+        int descriptor = -1; ///< held while it is open
+    };
+
     [[nodiscard]] int ask (const std::string& who, const std::string& why);
     void talk();
-    void takeAnswer (sd_bus_message& answer);
+    void giveUp (int status);
     void hangUp();
 
+    std::array<Lock, 2> locks { { { .what = "sleep:idle:handle-lid-switch", .danger = "fall asleep" },
+                                  { .what = "shutdown", .danger = "be turned off" } } };
     std::shared_ptr<sd_bus> bus; ///< until logind has answered
-    bool isAnswered = false;
-    int lock = -1; ///< the machine stays awake while this descriptor is open
 };
 
 } // namespace wqv

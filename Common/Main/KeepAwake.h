@@ -10,7 +10,8 @@
 namespace wqv
 {
 
-/** While it lives, the machine does not sleep, and the screen does not blank. Message thread only. */
+/** While it lives, the machine does not sleep, turning it off is held up, and the screen does not blank. Message thread
+    only. */
 class KeepAwake
 {
 public:

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "FixedSize.h"
 #include "MainComponent.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>
@@ -31,6 +32,7 @@ public:
 
 private:
     MainComponent& content; ///< owned as the window's content component
+    const FixedSize fixedSize { *this, MainComponent::panelWidth, MainComponent::panelHeight };
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (MainWindow)
 };

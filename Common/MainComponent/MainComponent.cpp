@@ -240,7 +240,7 @@ void MainComponent::updateButtons()
         button->setFont (texts.getFont());
 }
 
-/** What a screen reader reads. */
+/** What a screen reader would read, if the toolkit handed it over; on X11 it does not. */
 void MainComponent::updateAccessibleTexts()
 {
     const auto& texts = *TxtLoader::getInstance();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The request to stay awake, made to a logind that does as the test says.
+// The requests to stay awake and on, made to a logind that does as the test says.
 
 #include "MessageLoop.h"
 #include "SleepInhibitor.h"
@@ -10,6 +10,7 @@
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <optional>
 #include <poll.h>
 #include <sys/socket.h>
@@ -17,6 +18,7 @@
 #include <systemd/sd-bus.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace wqv
 {
@@ -27,7 +29,8 @@ namespace
 class FakeLogind
 {
 public:
-    FakeLogind (const std::string& path, bool refusesToUse) : refuses (refusesToUse)
+    /** @param refusedToUse  what it refuses a lock for */
+    explicit FakeLogind (const std::string& path, std::string refusedToUse = {}) : refused (std::move (refusedToUse))
     {
         sockaddr_un address { .sun_family = AF_UNIX, .sun_path = {} };
         path.copy (address.sun_path, sizeof (address.sun_path) - 1);
@@ -47,7 +50,7 @@ public:
     FakeLogind (const FakeLogind&) = delete;
     FakeLogind& operator= (const FakeLogind&) = delete;
 
-    /** Whether somebody has the descriptor that stands for the lock. */
+    /** Whether somebody has a descriptor that stands for a lock. */
     [[nodiscard]] bool isHeld() const
     {
         pollfd end { .fd = lock[0], .events = POLLIN, .revents = 0 };
@@ -96,11 +99,11 @@ private:
         for (const auto* const argument : arguments)
             logind.asked += std::string (argument) + "|";
 
-        return logind.refuses ? sd_bus_reply_method_errorf (call, SD_BUS_ERROR_ACCESS_DENIED, "Not you")
-                              : sd_bus_reply_method_return (call, "h", logind.lock[1]);
+        return logind.refused == arguments[0] ? sd_bus_reply_method_errorf (call, SD_BUS_ERROR_ACCESS_DENIED, "Not you")
+                                              : sd_bus_reply_method_return (call, "h", logind.lock[1]);
     }
 
-    bool refuses;
+    const std::string refused;
     int listener = socket (AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     std::array<int, 2> lock {};
     std::thread thread;
@@ -119,29 +122,34 @@ struct SleepInhibitorTests : testing::Test
     MessageLoop loop;
 };
 
-TEST_F (SleepInhibitorTests, holdsLogindsLockWhileItLives)
+TEST_F (SleepInhibitorTests, holdsTheLocksThatItIsGivenWhileItLives)
 {
-    FakeLogind logind (path, false);
+    const std::string begin = "WQVUpdateProgram: the machine may ";
+    const std::string end = " during the update: Not you\n";
 
+    const std::pair<std::string, std::string> refusals[] {
+        { "", "" },
+        { "sleep:idle:handle-lid-switch", begin + "fall asleep" + end },
+        { "shutdown", begin + "be turned off" + end },
+    };
+
+    for (const auto& [refused, complaint] : refusals)
     {
-        const SleepInhibitor inhibitor ("Who", "Why");
-        loop.runUntil ([&logind] { return logind.isOver.load(); });
-        EXPECT_EQ (logind.asked, "sleep:idle:handle-lid-switch|Who|Why|block|");
-        EXPECT_TRUE (logind.isHeld());
+        SCOPED_TRACE (refused);
+        std::filesystem::remove (path);
+        FakeLogind logind (path, refused);
+        testing::internal::CaptureStderr();
+
+        {
+            const SleepInhibitor inhibitor ("Who", "Why");
+            loop.runUntil ([&logind] { return logind.isOver.load(); });
+            EXPECT_EQ (logind.asked, "sleep:idle:handle-lid-switch|Who|Why|block|shutdown|Who|Why|block|");
+            EXPECT_TRUE (logind.isHeld());
+        }
+
+        EXPECT_FALSE (logind.isHeld());
+        EXPECT_EQ (testing::internal::GetCapturedStderr(), complaint);
     }
-
-    EXPECT_FALSE (logind.isHeld());
-}
-
-TEST_F (SleepInhibitorTests, saysInOneLineThatItIsRefused)
-{
-    FakeLogind logind (path, true);
-    testing::internal::CaptureStderr();
-    const SleepInhibitor inhibitor ("Who", "Why");
-    loop.runUntil ([&logind] { return logind.isOver.load(); });
-
-    EXPECT_EQ (testing::internal::GetCapturedStderr(),
-               "WQVUpdateProgram: the machine may fall asleep during the update: Not you\n");
 }
 
 TEST_F (SleepInhibitorTests, doesWithoutABusAndWithoutAnAnswer)
@@ -150,7 +158,7 @@ TEST_F (SleepInhibitorTests, doesWithoutABusAndWithoutAnAnswer)
     const SleepInhibitor alone ("Who", "Why");
     EXPECT_NE (testing::internal::GetCapturedStderr(), "");
 
-    FakeLogind logind (path, false);
+    FakeLogind logind (path);
     std::optional<SleepInhibitor> soonGone (std::in_place, "Who", "Why");
     soonGone.reset();
     loop.runUntil ([&logind] { return logind.isOver.load(); });
