@@ -25,7 +25,7 @@ struct HidDevice
     std::int32_t versionNumber = 0;       ///< binary-coded decimal, as in the device descriptor: 0x0105 is 1.05
     std::uint64_t location = 0;           ///< orders devices by where they are plugged in
     std::int32_t interfaceNumber = 0;     ///< of the USB interface; one physical device may have several
-    std::uint32_t inputReportLength = 0;  ///< bytes of the largest input report without its id; 0 when it has none
+    std::uint32_t inputReportLength = 0;  ///< bytes of the largest input report without its id; 0 when none is known
     std::uint32_t outputReportLength = 0; ///< the same of its output reports
 };
 
