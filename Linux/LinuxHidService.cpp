@@ -11,6 +11,8 @@
 #include <iostream>
 #include <memory>
 #include <string_view>
+#include <system_error>
+#include <unistd.h>
 #include <utility>
 
 namespace wqv
@@ -24,6 +26,22 @@ constexpr const char* ruleFile = "70-wqv-krv20.rules";
 constexpr int millisecondsBetweenAttempts = 100;
 constexpr int attemptsAfterAttach = 20;
 
+bool isDenied (int error)
+{
+    return error == EACCES || error == EPERM;
+}
+
+/** Whether somebody tells of devices that come: where nobody does, as in a container, libudev listens all the same. */
+bool isUdevRunning()
+{
+    return access ("/run/udev/control", F_OK) == 0;
+}
+
+void sayThatNothingIsSeen (const char* reason)
+{
+    std::cerr << "WQVUpdateProgram: " << reason << ": a controller cannot be seen when it is plugged in\n";
+}
+
 } // namespace
 
 LinuxHidService::LinuxHidService() : context (udev_new())
@@ -34,10 +52,13 @@ LinuxHidService::LinuxHidService() : context (udev_new())
     if (monitor == nullptr || udev_monitor_filter_add_match_subsystem_devtype (monitor.get(), "hidraw", nullptr) < 0
         || udev_monitor_enable_receiving (monitor.get()) < 0)
     {
-        std::cerr << "WQVUpdateProgram: no udev in reach: a controller cannot be seen when it is plugged in\n";
+        sayThatNothingIsSeen ("no udev in reach");
         monitor.reset();
         return;
     }
+
+    if (! isUdevRunning())
+        sayThatNothingIsSeen ("udev does not run here");
 
     // Before anything is listed, so that nothing slips in between.
     juce::LinuxEventLoop::registerFdCallback (udev_monitor_get_fd (monitor.get()), [this] (int) { handleMonitor(); });
@@ -99,15 +120,14 @@ HidService::Opened LinuxHidService::open (HidDeviceId device, ReportBuffer& buff
         return { .result = OpenResult::gone, .connection = nullptr };
 
     const auto descriptor = ::open (node->path.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK);
-    node->isClosed = descriptor < 0;
-    node->isDenied = node->isClosed && (errno == EACCES || errno == EPERM);
+    node->error = descriptor < 0 ? errno : 0;
 
-    if (node->isClosed)
+    if (node->error != 0)
     {
         if (node->attemptsLeft > 0)
             startTimer (millisecondsBetweenAttempts);
 
-        return { .result = node->isDenied ? OpenResult::denied : OpenResult::gone, .connection = nullptr };
+        return { .result = isDenied (node->error) ? OpenResult::denied : OpenResult::gone, .connection = nullptr };
     }
 
     const auto connection = std::make_shared<HidrawConnection> (descriptor);
@@ -149,7 +169,7 @@ void LinuxHidService::handleMonitor()
         {
             nodeAppeared (*device);
         }
-        else if (known->second.isClosed)
+        else if (known->second.error != 0)
         {
             // The rule may have been installed meanwhile.
             tryClosedNode (known->second.device.id);
@@ -203,22 +223,27 @@ void LinuxHidService::timerCallback()
 
     for (auto& [path, node] : nodes)
     {
-        if (! node.isClosed || node.isGone || node.attemptsLeft == 0)
+        if (node.error == 0 || node.isGone || node.attemptsLeft == 0)
             continue;
 
         if (--node.attemptsLeft > 0)
-        {
             closed.push_back (node.device.id);
-            continue;
-        }
-
-        if (node.isDenied)
-            std::cerr << "WQVUpdateProgram: permission denied for " << node.path << ": is the udev rule file "
-                      << ruleFile << " installed?\n";
+        else
+            sayThatItIsClosed (node);
     }
 
     for (const auto device : closed)
         tryClosedNode (device);
+}
+
+void LinuxHidService::sayThatItIsClosed (const Node& node)
+{
+    std::cerr << "WQVUpdateProgram: cannot open " << node.path << ": " << std::generic_category().message (node.error);
+
+    if (isDenied (node.error))
+        std::cerr << ": is the udev rule file " << ruleFile << " installed?";
+
+    std::cerr << '\n';
 }
 
 /** The node of a device that has not gone. */

@@ -15,8 +15,8 @@
 namespace wqv
 {
 
-/** Runs on the message loop alone: no thread, no polling. Without udev in reach it says so on standard error and knows
-    no devices. */
+/** Runs on the message loop alone: no thread, no polling. What nobody would learn otherwise it says on standard error: that
+    there is no udev, and so no news of devices, and which node could not be opened, and why. */
 class LinuxHidService final : public HidService, private juce::Timer
 {
 public:
@@ -31,11 +31,10 @@ private:
     struct Node
     {
         HidDevice device;
-        std::string path;      ///< of the node, as in /dev/hidraw0
-        bool isGone = false;   ///< it has hung up, and udev is yet to say that it was removed
-        bool isClosed = false; ///< its last open failed
-        bool isDenied = false; ///< its last open was refused for want of permission
-        int attemptsLeft = 0;  ///< to open it while it, or its permissions, may still be on their way
+        std::string path;     ///< of the node, as in /dev/hidraw0
+        bool isGone = false;  ///< it has hung up, and udev is yet to say that it was removed
+        int error = 0;        ///< the system's number for why its last open failed; 0 if it did not
+        int attemptsLeft = 0; ///< to open it while it, or its permissions, may still be on their way
     };
 
     /** By system path: at a removal the device's parents are gone already. */
@@ -46,6 +45,7 @@ private:
     void nodeGone (HidDeviceId device);
     void tryClosedNode (HidDeviceId device);
     void timerCallback() override;
+    static void sayThatItIsClosed (const Node& node);
     [[nodiscard]] Node* find (HidDeviceId device);
 
     UdevPointer<udev> context;
