@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <string_view>
@@ -124,6 +125,10 @@ HidService::Opened LinuxHidService::open (HidDeviceId device, ReportBuffer& buff
 
     if (node->error != 0)
     {
+        // Before the next attempt, so that no change slips in between.
+        if (isDenied (node->error))
+            attributes.followFolderOf (node->path);
+
         if (node->attemptsLeft > 0)
             startTimer (millisecondsBetweenAttempts);
 
@@ -172,9 +177,30 @@ void LinuxHidService::handleMonitor()
         else if (known->second.error != 0)
         {
             // The rule may have been installed meanwhile.
-            tryClosedNode (known->second.device.id);
+            attachAgain (known->second);
         }
     }
+}
+
+/** Somebody may have been given access, as by a session that has become active, which udev does not tell. */
+void LinuxHidService::handleAttributes (std::string_view fileName)
+{
+    const auto changed = std::ranges::find_if (nodes,
+                                               [fileName] (const auto& entry)
+                                               {
+                                                   const auto& node = entry.second;
+                                                   return isDenied (node.error) && ! node.isGone
+                                                          && std::filesystem::path (node.path).filename() == fileName;
+                                               });
+
+    if (changed != nodes.end())
+        attachAgain (changed->second);
+}
+
+void LinuxHidService::attachAgain (Node& closedNode)
+{
+    closedNode.attemptsLeft = attemptsAfterAttach;
+    tryClosedNode (closedNode.device.id);
 }
 
 void LinuxHidService::nodeAppeared (udev_device& hidraw)

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "AttributeWatch.h"
 #include "HidService.h"
 #include "UdevHidDevice.h"
 
@@ -10,6 +11,7 @@
 
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace wqv
@@ -41,6 +43,8 @@ private:
     using Nodes = std::map<std::string, Node>;
 
     void handleMonitor();
+    void handleAttributes (std::string_view fileName);
+    void attachAgain (Node& closedNode);
     void nodeAppeared (udev_device& hidraw);
     void nodeGone (HidDeviceId device);
     void tryClosedNode (HidDeviceId device);
@@ -50,6 +54,7 @@ private:
 
     UdevPointer<udev> context;
     UdevPointer<udev_monitor> monitor;
+    AttributeWatch attributes { [this] (std::string_view fileName) { handleAttributes (fileName); } };
     Nodes nodes;
     HidDeviceId lastId = 0;
     Listener* listener = nullptr;

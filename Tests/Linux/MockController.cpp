@@ -90,6 +90,12 @@ void MockController::setMode (mode_t mode) const
     require (fchmod (nodesEnd, mode) == 0, "permissions of the node");
 }
 
+void MockController::touch() const
+{
+    const auto link = bed.folder().concat (TestBed::pathOf (description.node));
+    require (utimensat (AT_FDCWD, link.c_str(), nullptr, AT_SYMLINK_NOFOLLOW) == 0, "time of the node");
+}
+
 void MockController::send (std::span<const std::vector<std::uint8_t>> newReports)
 {
     const std::scoped_lock guard (lock);

@@ -48,6 +48,9 @@ public:
     /** Sets who may use the node, while it is plugged in. */
     void setMode (mode_t mode) const;
 
+    /** Makes it seem that the node's attributes have changed: those of what stands in its place are elsewhere. */
+    void touch() const;
+
     /** Sends input reports of the controller's own accord. */
     void send (std::span<const std::vector<std::uint8_t>> reports);
 
