@@ -12,6 +12,7 @@
 #include <iostream>
 #include <memory>
 #include <string_view>
+#include <sys/file.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -36,6 +37,29 @@ bool isDenied (int error)
 bool isUdevRunning()
 {
     return access ("/run/udev/control", F_OK) == 0;
+}
+
+/** Opens a node for this program alone: two updaters must not hold one controller. The lock goes with the descriptor.
+    @returns -1 with errno set, which is EWOULDBLOCK if another program has the lock */
+int openLocked (const std::string& path)
+{
+    const auto descriptor = open (path.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK);
+
+    if (descriptor < 0 || flock (descriptor, LOCK_EX | LOCK_NB) == 0)
+        return descriptor;
+
+    const auto error = errno;
+    close (descriptor);
+    errno = error;
+    return -1;
+}
+
+HidService::OpenResult resultOf (int error)
+{
+    if (error == EWOULDBLOCK)
+        return HidService::OpenResult::inUse;
+
+    return isDenied (error) ? HidService::OpenResult::denied : HidService::OpenResult::gone;
 }
 
 void sayThatNothingIsSeen (const char* reason)
@@ -120,7 +144,7 @@ HidService::Opened LinuxHidService::open (HidDeviceId device, ReportBuffer& buff
     if (node == nullptr)
         return { .result = OpenResult::gone, .connection = nullptr };
 
-    const auto descriptor = ::open (node->path.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK);
+    const auto descriptor = openLocked (node->path);
     node->error = descriptor < 0 ? errno : 0;
 
     if (node->error != 0)
@@ -132,7 +156,7 @@ HidService::Opened LinuxHidService::open (HidDeviceId device, ReportBuffer& buff
         if (node->attemptsLeft > 0)
             startTimer (millisecondsBetweenAttempts);
 
-        return { .result = isDenied (node->error) ? OpenResult::denied : OpenResult::gone, .connection = nullptr };
+        return { .result = resultOf (node->error), .connection = nullptr };
     }
 
     const auto connection = std::make_shared<HidrawConnection> (descriptor);
@@ -264,7 +288,10 @@ void LinuxHidService::timerCallback()
 
 void LinuxHidService::sayThatItIsClosed (const Node& node)
 {
-    std::cerr << "WQVUpdateProgram: cannot open " << node.path << ": " << std::generic_category().message (node.error);
+    const auto isInUse = node.error == EWOULDBLOCK;
+
+    std::cerr << "WQVUpdateProgram: cannot open " << node.path << ": "
+              << (isInUse ? "in use by another program" : std::generic_category().message (node.error));
 
     if (isDenied (node.error))
         std::cerr << ": is the udev rule file " << ruleFile << " installed?";

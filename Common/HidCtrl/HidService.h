@@ -91,6 +91,7 @@ public:
     {
         ok,
         denied, ///< the user may not use it (yet)
+        inUse,  ///< another program holds it for itself, as this one does with what it has opened
         gone    ///< it is not there any more, or does not answer
     };
 
@@ -111,7 +112,7 @@ public:
     /** Sets who hears of devices; null for nobody. A device attached after a call of devices() is told of. */
     virtual void setListener (Listener* newListener) = 0;
 
-    /** Opens a device for input and output.
+    /** Opens a device for input and output, where the system can for this program alone.
         @param buffer  receives every input report until the connection's stopInput()
     */
     [[nodiscard]] virtual Opened open (HidDeviceId device, ReportBuffer& buffer) = 0;

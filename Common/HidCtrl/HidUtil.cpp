@@ -57,6 +57,7 @@ void HidUtil::finalize()
 
     deviceRemoval();
     m_devices.clear();
+    m_inUse.reset();
     m_service.setListener (nullptr);
     m_matchingRegistered = false;
     m_pinstance = nullptr;
@@ -144,6 +145,9 @@ void HidUtil::deviceAttached (const HidDevice& device)
 
 void HidUtil::deviceRemoved (HidDeviceId device)
 {
+    if (m_inUse && m_inUse->id == device)
+        m_inUse.reset();
+
     if (! m_device || m_device->id != device)
         return;
 
@@ -171,7 +175,19 @@ bool HidUtil::checkID (const HidDevice& device)
     if (m_device && ! isBetterInterface (device))
         return false;
 
+    // Whoever holds a better interface of a controller holds the controller.
+    if (m_inUse && m_inUse->location == device.location && preference (*m_inUse) < preference (device))
+        return false;
+
     auto [result, connection] = m_service.open (device.id, m_reportBuffer);
+
+    if (result == HidService::OpenResult::inUse)
+    {
+        m_inUse = device;
+
+        if (deviceRemoval())
+            m_handler->removalCallBack();
+    }
 
     if (result != HidService::OpenResult::ok)
         return false;
@@ -185,6 +201,7 @@ bool HidUtil::checkID (const HidDevice& device)
 
     deviceRemoval();
     m_device = device;
+    m_inUse.reset();
     const std::scoped_lock guard (m_connectionLock);
     m_connection = std::move (connection);
     m_outputReportLength = device.outputReportLength;

@@ -83,6 +83,7 @@ private:
     std::vector<HidDevice> m_devices;
     HidDeviceId m_leaving = 0; ///< the device that went away since the list was taken; it may still be in a new one
     std::optional<HidDevice> m_device;
+    std::optional<HidDevice> m_inUse; ///< the interface that another program was last found to hold
     ReportBuffer m_reportBuffer {};
     std::uint32_t m_reportLength = 0;
     bool m_matchingRegistered = false;

@@ -137,6 +137,29 @@ TEST_F (HidUtilTest, aDeviceThatCannotBeOpenedIsNotTaken)
     EXPECT_TRUE (transport.deviceOutput (request));
 }
 
+TEST_F (HidUtilTest, aControllerThatSomebodyElseHoldsIsNotTaken)
+{
+    service.listed = { FakeHidService::controller (1), FakeHidService::controller (2) };
+    service.listed[0].outputReportLength = 0;
+    service.refusals[2] = HidService::OpenResult::inUse;
+
+    // Not by another interface either.
+    ASSERT_TRUE (transport.initialize (handler, 1));
+    EXPECT_FALSE (transport.deviceMatching());
+    service.listener->deviceAttached (service.listed[0]);
+    EXPECT_EQ (service.opened, Ids { 2 });
+
+    // Nor is it kept when its better interface turns out to be held, only until that is free.
+    service.listener->deviceRemoved (2);
+    service.listener->deviceAttached (service.listed[0]);
+    service.listener->deviceAttached (service.listed[1]);
+    EXPECT_EQ (handler.news(), "mr");
+    EXPECT_EQ (service.closed, Ids { 1 });
+    service.refusals.clear();
+    service.listener->deviceAttached (service.listed[1]);
+    EXPECT_EQ (handler.news(), "m");
+}
+
 TEST_F (HidUtilTest, aRemovedDeviceIsNotTakenAgainThoughItIsStillListed)
 {
     service.listed = { FakeHidService::controller (1, 1) };

@@ -301,6 +301,24 @@ TEST_F (LinuxHidServiceTests, OpensADeniedControllerWhenItMayLater)
     EXPECT_EQ (removed, 0);
 }
 
+TEST_F (LinuxHidServiceTests, SharesAControllerWithNobody)
+{
+    start();
+    mock->plugIn();
+    EXPECT_TRUE (mock->lockNode());
+    loop.runUntil ([&] { return attached == 1; });
+    EXPECT_EQ (result, HidService::OpenResult::inUse);
+
+    mock->unlockNode();
+    loop.runUntil ([&] { return attached == 2; });
+    EXPECT_EQ (result, HidService::OpenResult::ok);
+    EXPECT_FALSE (mock->lockNode());
+
+    connection->stopInput();
+    connection.reset();
+    EXPECT_TRUE (mock->lockNode());
+}
+
 TEST_F (LinuxHidServiceTests, HandsOverABurstOfReportsInOrder)
 {
     std::vector<std::vector<std::uint8_t>> sent (40);
