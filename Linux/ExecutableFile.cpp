@@ -3,6 +3,7 @@
 
 #include "ExecutableFile.h"
 
+#include <iostream>
 #include <system_error>
 
 namespace wqv
@@ -11,7 +12,13 @@ namespace wqv
 std::filesystem::path getExecutableFile()
 {
     std::error_code error;
-    return std::filesystem::read_symlink ("/proc/self/exe", error);
+    auto file = std::filesystem::read_symlink ("/proc/self/exe", error);
+
+    if (error)
+        std::cerr << "WQVUpdateProgram: no update is found, since the system does not tell where this program lies: "
+                  << error.message() << '\n';
+
+    return file;
 }
 
 } // namespace wqv

@@ -8,9 +8,13 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <string_view>
+#include <sys/file.h>
+#include <system_error>
+#include <unistd.h>
 #include <utility>
 
 namespace wqv
@@ -24,6 +28,45 @@ constexpr const char* ruleFile = "70-wqv-krv20.rules";
 constexpr int millisecondsBetweenAttempts = 100;
 constexpr int attemptsAfterAttach = 20;
 
+bool isDenied (int error)
+{
+    return error == EACCES || error == EPERM;
+}
+
+/** Whether somebody tells of devices that come: where nobody does, as in a container, libudev listens all the same. */
+bool isUdevRunning()
+{
+    return access ("/run/udev/control", F_OK) == 0;
+}
+
+/** Opens a node for this program alone: two updaters must not hold one controller. The lock goes with the descriptor.
+    @returns -1 with errno set, which is EWOULDBLOCK if another program has the lock */
+int openLocked (const std::string& path)
+{
+    const auto descriptor = open (path.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK);
+
+    if (descriptor < 0 || flock (descriptor, LOCK_EX | LOCK_NB) == 0)
+        return descriptor;
+
+    const auto error = errno;
+    close (descriptor);
+    errno = error;
+    return -1;
+}
+
+HidService::OpenResult resultOf (int error)
+{
+    if (error == EWOULDBLOCK)
+        return HidService::OpenResult::inUse;
+
+    return isDenied (error) ? HidService::OpenResult::denied : HidService::OpenResult::gone;
+}
+
+void sayThatNothingIsSeen (const char* reason)
+{
+    std::cerr << "WQVUpdateProgram: " << reason << ": a controller cannot be seen when it is plugged in\n";
+}
+
 } // namespace
 
 LinuxHidService::LinuxHidService() : context (udev_new())
@@ -34,10 +77,13 @@ LinuxHidService::LinuxHidService() : context (udev_new())
     if (monitor == nullptr || udev_monitor_filter_add_match_subsystem_devtype (monitor.get(), "hidraw", nullptr) < 0
         || udev_monitor_enable_receiving (monitor.get()) < 0)
     {
-        std::cerr << "WQVUpdateProgram: no udev in reach: a controller cannot be seen when it is plugged in\n";
+        sayThatNothingIsSeen ("no udev in reach");
         monitor.reset();
         return;
     }
+
+    if (! isUdevRunning())
+        sayThatNothingIsSeen ("udev does not run here");
 
     // Before anything is listed, so that nothing slips in between.
     juce::LinuxEventLoop::registerFdCallback (udev_monitor_get_fd (monitor.get()), [this] (int) { handleMonitor(); });
@@ -98,16 +144,19 @@ HidService::Opened LinuxHidService::open (HidDeviceId device, ReportBuffer& buff
     if (node == nullptr)
         return { .result = OpenResult::gone, .connection = nullptr };
 
-    const auto descriptor = ::open (node->path.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK);
-    node->isClosed = descriptor < 0;
-    node->isDenied = node->isClosed && (errno == EACCES || errno == EPERM);
+    const auto descriptor = openLocked (node->path);
+    node->error = descriptor < 0 ? errno : 0;
 
-    if (node->isClosed)
+    if (node->error != 0)
     {
+        // Before the next attempt, so that no change slips in between.
+        if (isDenied (node->error))
+            attributes.followFolderOf (node->path);
+
         if (node->attemptsLeft > 0)
             startTimer (millisecondsBetweenAttempts);
 
-        return { .result = node->isDenied ? OpenResult::denied : OpenResult::gone, .connection = nullptr };
+        return { .result = resultOf (node->error), .connection = nullptr };
     }
 
     const auto connection = std::make_shared<HidrawConnection> (descriptor);
@@ -149,12 +198,33 @@ void LinuxHidService::handleMonitor()
         {
             nodeAppeared (*device);
         }
-        else if (known->second.isClosed)
+        else if (known->second.error != 0)
         {
             // The rule may have been installed meanwhile.
-            tryClosedNode (known->second.device.id);
+            attachAgain (known->second);
         }
     }
+}
+
+/** Somebody may have been given access, as by a session that has become active, which udev does not tell. */
+void LinuxHidService::handleAttributes (std::string_view fileName)
+{
+    const auto changed = std::ranges::find_if (nodes,
+                                               [fileName] (const auto& entry)
+                                               {
+                                                   const auto& node = entry.second;
+                                                   return isDenied (node.error) && ! node.isGone
+                                                          && std::filesystem::path (node.path).filename() == fileName;
+                                               });
+
+    if (changed != nodes.end())
+        attachAgain (changed->second);
+}
+
+void LinuxHidService::attachAgain (Node& closedNode)
+{
+    closedNode.attemptsLeft = attemptsAfterAttach;
+    tryClosedNode (closedNode.device.id);
 }
 
 void LinuxHidService::nodeAppeared (udev_device& hidraw)
@@ -203,22 +273,30 @@ void LinuxHidService::timerCallback()
 
     for (auto& [path, node] : nodes)
     {
-        if (! node.isClosed || node.isGone || node.attemptsLeft == 0)
+        if (node.error == 0 || node.isGone || node.attemptsLeft == 0)
             continue;
 
         if (--node.attemptsLeft > 0)
-        {
             closed.push_back (node.device.id);
-            continue;
-        }
-
-        if (node.isDenied)
-            std::cerr << "WQVUpdateProgram: permission denied for " << node.path << ": is the udev rule file "
-                      << ruleFile << " installed?\n";
+        else
+            sayThatItIsClosed (node);
     }
 
     for (const auto device : closed)
         tryClosedNode (device);
+}
+
+void LinuxHidService::sayThatItIsClosed (const Node& node)
+{
+    const auto isInUse = node.error == EWOULDBLOCK;
+
+    std::cerr << "WQVUpdateProgram: cannot open " << node.path << ": "
+              << (isInUse ? "in use by another program" : std::generic_category().message (node.error));
+
+    if (isDenied (node.error))
+        std::cerr << ": is the udev rule file " << ruleFile << " installed?";
+
+    std::cerr << '\n';
 }
 
 /** The node of a device that has not gone. */

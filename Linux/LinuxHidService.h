@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "AttributeWatch.h"
 #include "HidService.h"
 #include "UdevHidDevice.h"
 
@@ -10,13 +11,14 @@
 
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace wqv
 {
 
-/** Runs on the message loop alone: no thread, no polling. Without udev in reach it says so on standard error and knows
-    no devices. */
+/** Runs on the message loop alone: no thread, no polling. What nobody would learn otherwise it says on standard error: that
+    there is no udev, and so no news of devices, and which node could not be opened, and why. */
 class LinuxHidService final : public HidService, private juce::Timer
 {
 public:
@@ -31,25 +33,28 @@ private:
     struct Node
     {
         HidDevice device;
-        std::string path;      ///< of the node, as in /dev/hidraw0
-        bool isGone = false;   ///< it has hung up, and udev is yet to say that it was removed
-        bool isClosed = false; ///< its last open failed
-        bool isDenied = false; ///< its last open was refused for want of permission
-        int attemptsLeft = 0;  ///< to open it while it, or its permissions, may still be on their way
+        std::string path;     ///< of the node, as in /dev/hidraw0
+        bool isGone = false;  ///< it has hung up, and udev is yet to say that it was removed
+        int error = 0;        ///< the system's number for why its last open failed; 0 if it did not
+        int attemptsLeft = 0; ///< to open it while it, or its permissions, may still be on their way
     };
 
     /** By system path: at a removal the device's parents are gone already. */
     using Nodes = std::map<std::string, Node>;
 
     void handleMonitor();
+    void handleAttributes (std::string_view fileName);
+    void attachAgain (Node& closedNode);
     void nodeAppeared (udev_device& hidraw);
     void nodeGone (HidDeviceId device);
     void tryClosedNode (HidDeviceId device);
     void timerCallback() override;
+    static void sayThatItIsClosed (const Node& node);
     [[nodiscard]] Node* find (HidDeviceId device);
 
     UdevPointer<udev> context;
     UdevPointer<udev_monitor> monitor;
+    AttributeWatch attributes { [this] (std::string_view fileName) { handleAttributes (fileName); } };
     Nodes nodes;
     HidDeviceId lastId = 0;
     Listener* listener = nullptr;

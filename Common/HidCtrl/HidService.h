@@ -25,7 +25,7 @@ struct HidDevice
     std::int32_t versionNumber = 0;       ///< binary-coded decimal, as in the device descriptor: 0x0105 is 1.05
     std::uint64_t location = 0;           ///< orders devices by where they are plugged in
     std::int32_t interfaceNumber = 0;     ///< of the USB interface; one physical device may have several
-    std::uint32_t inputReportLength = 0;  ///< bytes of the largest input report without its id; 0 when it has none
+    std::uint32_t inputReportLength = 0;  ///< bytes of the largest input report without its id; 0 when none is known
     std::uint32_t outputReportLength = 0; ///< the same of its output reports
 };
 
@@ -91,6 +91,7 @@ public:
     {
         ok,
         denied, ///< the user may not use it (yet)
+        inUse,  ///< another program holds it for itself, as this one does with what it has opened
         gone    ///< it is not there any more, or does not answer
     };
 
@@ -111,7 +112,7 @@ public:
     /** Sets who hears of devices; null for nobody. A device attached after a call of devices() is told of. */
     virtual void setListener (Listener* newListener) = 0;
 
-    /** Opens a device for input and output.
+    /** Opens a device for input and output, where the system can for this program alone.
         @param buffer  receives every input report until the connection's stopInput()
     */
     [[nodiscard]] virtual Opened open (HidDeviceId device, ReportBuffer& buffer) = 0;

@@ -17,11 +17,16 @@ namespace
 /** How long a request is, without its report id. */
 constexpr std::uint32_t requestLength = 128;
 
+/** Sorts the interfaces of one device by how much they lack to hold the conversation: first requests, then answers. */
+auto shortcomings (const HidDevice& device)
+{
+    return std::tuple (device.outputReportLength != requestLength, device.inputReportLength == 0);
+}
+
 /** Sorts devices by where they are plugged in, and the interfaces of one device by how well they fit. */
 auto preference (const HidDevice& device)
 {
-    const auto takesRequests = device.outputReportLength == requestLength && device.inputReportLength > 0;
-    return std::tuple (device.location, ! takesRequests, device.interfaceNumber);
+    return std::tuple (device.location, shortcomings (device), device.interfaceNumber);
 }
 
 } // namespace
@@ -52,6 +57,7 @@ void HidUtil::finalize()
 
     deviceRemoval();
     m_devices.clear();
+    m_inUse.reset();
     m_service.setListener (nullptr);
     m_matchingRegistered = false;
     m_pinstance = nullptr;
@@ -100,11 +106,16 @@ bool HidUtil::deviceOutput (std::span<const std::uint8_t> report)
 
     {
         const std::scoped_lock guard (m_connectionLock);
+
+        // A device may do anything with a report that is not one of its own.
+        if (report.empty() || (m_outputReportLength != 0 && report.size() != m_outputReportLength))
+            return false;
+
         connection = m_connection;
         m_isUsed = true;
     }
 
-    return ! report.empty() && connection != nullptr && connection->send (report);
+    return connection != nullptr && connection->send (report);
 }
 
 bool HidUtil::deviceRemoval()
@@ -134,6 +145,9 @@ void HidUtil::deviceAttached (const HidDevice& device)
 
 void HidUtil::deviceRemoved (HidDeviceId device)
 {
+    if (m_inUse && m_inUse->id == device)
+        m_inUse.reset();
+
     if (! m_device || m_device->id != device)
         return;
 
@@ -161,7 +175,19 @@ bool HidUtil::checkID (const HidDevice& device)
     if (m_device && ! isBetterInterface (device))
         return false;
 
+    // Whoever holds a better interface of a controller holds the controller.
+    if (m_inUse && m_inUse->location == device.location && preference (*m_inUse) < preference (device))
+        return false;
+
     auto [result, connection] = m_service.open (device.id, m_reportBuffer);
+
+    if (result == HidService::OpenResult::inUse)
+    {
+        m_inUse = device;
+
+        if (deviceRemoval())
+            m_handler->removalCallBack();
+    }
 
     if (result != HidService::OpenResult::ok)
         return false;
@@ -175,18 +201,24 @@ bool HidUtil::checkID (const HidDevice& device)
 
     deviceRemoval();
     m_device = device;
+    m_inUse.reset();
     const std::scoped_lock guard (m_connectionLock);
     m_connection = std::move (connection);
+    m_outputReportLength = device.outputReportLength;
     m_isUsed = false;
     return true;
 }
 
 /** Whether a device is a better interface of the one that is held. The system shows the interfaces one by one, and each
-    may be closed to the user for a moment, so the first that can be opened need not be the right one. */
+    may be closed to the user for a moment, so the first that can be opened need not be the right one: a controller that
+    starts in update mode is sent a request the moment one of them is there. */
 bool HidUtil::isBetterInterface (const HidDevice& device)
 {
+    if (device.location != m_device->location)
+        return false;
+
     const std::scoped_lock guard (m_connectionLock);
-    return ! m_isUsed && device.location == m_device->location && preference (device) < preference (*m_device);
+    return m_isUsed ? shortcomings (device) < shortcomings (*m_device) : preference (device) < preference (*m_device);
 }
 
 void HidUtil::registerDeviceMatching()

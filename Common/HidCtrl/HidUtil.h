@@ -44,8 +44,9 @@ public:
 
     /** Whether a matching device is held. If none is, looks for one first: the one with the lowest location wins, and of
         the interfaces of one device the one that has a 128-byte output report and an input report, else the one with the
-        lowest number. From the first call on, attached devices are watched for; a better interface of the device that is
-        held takes the place of the other one, as long as nothing was sent there. */
+        lowest number. From the first call on, attached devices are watched for; an interface that can hold the
+        conversation takes the place of one of the same device that cannot, even if something was sent there; of two that
+        are as good, the lower number does, as long as nothing was sent. */
     [[nodiscard]] bool deviceMatching();
 
     /** The device's version number turned from BCD into decimal: 0x0105 gives 105, and digits above 9 just count as
@@ -57,7 +58,8 @@ public:
     [[nodiscard]] std::uint32_t deviceInput (std::span<std::uint8_t> buffer) const;
 
     /** Sends one output report and waits until the system has taken it; see HidConnection::send. Any thread.
-        @returns false for an empty report, without a device, or when the system did not take it */
+        @returns false for an empty report or one that is not as long as the device's own, without a device, or when the
+                 system did not take it */
     [[nodiscard]] bool deviceOutput (std::span<const std::uint8_t> report);
 
     /** Forgets the device that is held; false if there was none. A write in progress keeps its handle until it ends. */
@@ -81,13 +83,15 @@ private:
     std::vector<HidDevice> m_devices;
     HidDeviceId m_leaving = 0; ///< the device that went away since the list was taken; it may still be in a new one
     std::optional<HidDevice> m_device;
+    std::optional<HidDevice> m_inUse; ///< the interface that another program was last found to hold
     ReportBuffer m_reportBuffer {};
     std::uint32_t m_reportLength = 0;
     bool m_matchingRegistered = false;
 
     std::mutex m_connectionLock; ///< guards what follows; never held during a write
     std::shared_ptr<HidConnection> m_connection;
-    bool m_isUsed = false; ///< something was sent to the device
+    std::uint32_t m_outputReportLength = 0; ///< of the device; 0 if it is not known, and then any may be sent
+    bool m_isUsed = false;                  ///< something was sent to the device
 };
 
 } // namespace wqv

@@ -8,6 +8,7 @@
 #include "UpdatePackage.h"
 #include "UpdateWorker.h"
 
+#include <filesystem>
 #include <tuple>
 #include <utility>
 
@@ -49,7 +50,9 @@ Updater::Updater (Host hostToUse, Listener& listenerToUse)
       pendingStatus (noRequest),
       engine (std::make_unique<Engine> (*this))
 {
-    const auto result = checkUPD (host.folder / packageFileName, engine->upd_info, engine->fw_info);
+    // Where nobody knows the folder no other one will do: a bare name would be looked for in the current directory.
+    const auto package = host.folder.empty() ? std::filesystem::path() : host.folder / packageFileName;
+    const auto result = checkUPD (package, engine->upd_info, engine->fw_info);
     packageIsValid = isPackageValid (result, engine->upd_info);
 
     // Without a session there is never a controller, and that is what the screen then says.

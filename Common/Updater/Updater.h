@@ -47,7 +47,7 @@ public:
     struct Host
     {
         HidService& hidService;       ///< outlives the updater
-        std::filesystem::path folder; ///< where the package lies
+        std::filesystem::path folder; ///< where the package lies; if empty, there is none
         std::function<void()> quit;   ///< ends the program; may return at once
 
         /** Keeps the machine awake while what it returns lives: for an update. None for no such thing. */

@@ -77,12 +77,18 @@ TEST_F (HidUtilTest, takesTheInterfaceThatHoldsTheConversation)
     EXPECT_EQ (service.closed, (Ids { 4, 2, 1 }));
     EXPECT_EQ (handler.news(), "m");
 
-    // Once a report was sent, no other interface takes over.
+    // No request goes where it does not fit, and once one was sent only an interface that lacks less takes over.
     service.listener->deviceRemoved (4);
-    service.listener->deviceAttached (service.listed[2]);
-    EXPECT_TRUE (transport.deviceOutput (request));
-    service.listener->deviceAttached (service.listed[1]);
-    EXPECT_EQ (service.opened.back(), 3u);
+    service.listener->deviceAttached (service.listed[3]);
+    EXPECT_FALSE (transport.deviceOutput (request));
+    service.listener->deviceRemoved (2);
+
+    for (const auto& [place, holder] : { std::pair (2u, 3u), { 3u, 3u }, { 4u, 1u }, { 0u, 5u }, { 1u, 5u } })
+    {
+        service.listener->deviceAttached (service.listed[place]);
+        EXPECT_TRUE (transport.deviceOutput (request));
+        EXPECT_EQ (service.opened.back(), holder);
+    }
 }
 
 TEST_F (HidUtilTest, withoutPackageNothingIsEverOpened)
@@ -129,6 +135,29 @@ TEST_F (HidUtilTest, aDeviceThatCannotBeOpenedIsNotTaken)
     service.listener->deviceAttached (service.listed[0]);
     EXPECT_EQ (handler.news(), "m");
     EXPECT_TRUE (transport.deviceOutput (request));
+}
+
+TEST_F (HidUtilTest, aControllerThatSomebodyElseHoldsIsNotTaken)
+{
+    service.listed = { FakeHidService::controller (1), FakeHidService::controller (2) };
+    service.listed[0].outputReportLength = 0;
+    service.refusals[2] = HidService::OpenResult::inUse;
+
+    // Not by another interface either.
+    ASSERT_TRUE (transport.initialize (handler, 1));
+    EXPECT_FALSE (transport.deviceMatching());
+    service.listener->deviceAttached (service.listed[0]);
+    EXPECT_EQ (service.opened, Ids { 2 });
+
+    // Nor is it kept when its better interface turns out to be held, only until that is free.
+    service.listener->deviceRemoved (2);
+    service.listener->deviceAttached (service.listed[0]);
+    service.listener->deviceAttached (service.listed[1]);
+    EXPECT_EQ (handler.news(), "mr");
+    EXPECT_EQ (service.closed, Ids { 1 });
+    service.refusals.clear();
+    service.listener->deviceAttached (service.listed[1]);
+    EXPECT_EQ (handler.news(), "m");
 }
 
 TEST_F (HidUtilTest, aRemovedDeviceIsNotTakenAgainThoughItIsStillListed)

@@ -14,6 +14,7 @@
 #include <array>
 #include <fcntl.h>
 #include <filesystem>
+#include <functional>
 #include <linux/capability.h>
 #include <memory>
 #include <string>
@@ -276,20 +277,46 @@ TEST_F (LinuxHidServiceTests, OpensADeniedControllerWhenItMayLater)
     loop.runUntil ([&] { return attached == 2; });
     EXPECT_EQ (result, HidService::OpenResult::ok);
 
-    // Denied again, with nobody who tries, so that only an event of udev's can tell.
-    connection->stopInput();
-    mock->setMode (0);
-    open (last.id);
-    EXPECT_EQ (result, HidService::OpenResult::denied);
-    opensAtOnce = false;
-    loop.runUntil ([&] { return attached == 3; });
+    const std::function<void()> waysToTell[] = { [&] { bed->tell (0, "change"); }, [&] { mock->touch(); } };
 
-    opensAtOnce = true;
-    mock->setMode (0600);
-    bed->tell (0, "change");
-    loop.runUntil ([&] { return attached == 4; });
-    EXPECT_EQ (result, HidService::OpenResult::ok);
+    // Denied again, with nobody who tries, so that only an event of udev's, or the node's attributes, can tell.
+    for (const auto& tell : waysToTell)
+    {
+        connection->stopInput();
+        mock->setMode (0);
+        open (last.id);
+        EXPECT_EQ (result, HidService::OpenResult::denied);
+
+        const auto before = attached;
+        opensAtOnce = false;
+        loop.runUntil ([&] { return attached == before + 1; });
+
+        opensAtOnce = true;
+        mock->setMode (0600);
+        tell();
+        loop.runUntil ([&] { return attached == before + 2; });
+        EXPECT_EQ (result, HidService::OpenResult::ok);
+    }
+
     EXPECT_EQ (removed, 0);
+}
+
+TEST_F (LinuxHidServiceTests, SharesAControllerWithNobody)
+{
+    start();
+    mock->plugIn();
+    EXPECT_TRUE (mock->lockNode());
+    loop.runUntil ([&] { return attached == 1; });
+    EXPECT_EQ (result, HidService::OpenResult::inUse);
+
+    mock->unlockNode();
+    loop.runUntil ([&] { return attached == 2; });
+    EXPECT_EQ (result, HidService::OpenResult::ok);
+    EXPECT_FALSE (mock->lockNode());
+
+    connection->stopInput();
+    connection.reset();
+    EXPECT_TRUE (mock->lockNode());
 }
 
 TEST_F (LinuxHidServiceTests, HandsOverABurstOfReportsInOrder)

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <termios.h>
@@ -88,6 +89,22 @@ void MockController::remove()
 void MockController::setMode (mode_t mode) const
 {
     require (fchmod (nodesEnd, mode) == 0, "permissions of the node");
+}
+
+void MockController::touch() const
+{
+    const auto link = bed.folder().concat (TestBed::pathOf (description.node));
+    require (utimensat (AT_FDCWD, link.c_str(), nullptr, AT_SYMLINK_NOFOLLOW) == 0, "time of the node");
+}
+
+bool MockController::lockNode() const
+{
+    return flock (nodesEnd, LOCK_EX | LOCK_NB) == 0;
+}
+
+void MockController::unlockNode() const
+{
+    flock (nodesEnd, LOCK_UN);
 }
 
 void MockController::send (std::span<const std::vector<std::uint8_t>> newReports)

@@ -48,6 +48,13 @@ public:
     /** Sets who may use the node, while it is plugged in. */
     void setMode (mode_t mode) const;
 
+    /** Makes it seem that the node's attributes have changed: those of what stands in its place are elsewhere. */
+    void touch() const;
+
+    /** Locks the node, as another updater does; false if somebody has locked it already. */
+    [[nodiscard]] bool lockNode() const;
+    void unlockNode() const;
+
     /** Sends input reports of the controller's own accord. */
     void send (std::span<const std::vector<std::uint8_t>> reports);
 

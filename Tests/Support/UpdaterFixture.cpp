@@ -36,7 +36,7 @@ UpdaterSurroundings::UpdaterSurroundings (const std::string& faults, const std::
 
 Updater::Host UpdaterSurroundings::host()
 {
-    return { .hidService = requests, .folder = folder.path(), .quit = [this] { ++quits; } };
+    return { .hidService = requests, .folder = packageFolder, .quit = [this] { ++quits; } };
 }
 
 void UpdaterSurroundings::plugIn()

@@ -11,6 +11,7 @@
 #include "Updater.h"
 #include "VirtualController.h"
 
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
@@ -43,7 +44,8 @@ public:
 
     MessageLoop loop;
     TemporaryFolder folder;
-    VirtualController controller; ///< not to be looked at while a worker runs
+    std::filesystem::path packageFolder = folder.path(); ///< as the updater is told
+    VirtualController controller;                        ///< not to be looked at while a worker runs
     SimulatedHidService service;
     RequestRecorder requests { service };
     int quits = 0; ///< how often the program was asked to end

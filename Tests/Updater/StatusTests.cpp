@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string_view>
+#include <utility>
 
 namespace wqv
 {
@@ -164,6 +166,17 @@ TEST (Status, badPackagesOpenNothing)
         EXPECT_FALSE (fixture.updater->packageValid());
         EXPECT_EQ (fixture.requests.timesOpened(), 0);
     }
+}
+
+TEST (Status, aPackageInTheCurrentDirectoryIsNotTakenForWantOfAFolder)
+{
+    UpdaterFixture fixture;
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path (std::exchange (fixture.packageFolder, {}));
+    fixture.reach (UPDATER_STATUS_NOT_CONNECTED);
+    std::filesystem::current_path (before);
+
+    EXPECT_FALSE (fixture.updater->packageValid());
 }
 
 } // namespace

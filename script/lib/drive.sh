@@ -79,7 +79,7 @@ expect_end()
 
     ((status == ${2:-0})) || fail "$run: ended with status $status: $(tail -n 5 "$log")"
     ((took <= end_limit)) || fail "$run: took $took ms to end"
-    ! has_line "$log" 'host error|permission denied' || fail "$run: $(grep -E 'host error|permission' "$log")"
+    ! has_line "$log" 'host error|cannot open' || fail "$run: $(grep -E 'host error|cannot open' "$log")"
     say "  ended by $1 within $took ms"
 }
 
