@@ -59,7 +59,7 @@ protected:
         std::set<std::string> found;
 
         for (const auto& entry : std::filesystem::directory_iterator (folder.path()))
-            found.insert (entry.path().filename().string());
+            found.insert (entry.path().filename().string() + (entry.is_symlink() ? " -> " : ""));
 
         return found;
     }
@@ -80,10 +80,12 @@ TEST_F (Tool, saysWhatIsWrongAndLeavesNothingBehind)
     auto bad = goldenPackage;
     bad[4] = 0xFF;
     folder.write ("format.upd", sealed (std::span (bad).first (128)));
+    std::filesystem::create_symlink ("loop", folder.path ("loop"));
+    std::filesystem::create_symlink ("main.bin/new.upd", folder.path ("nowhere"));
     folder.write ("zero.upd", writePackage ({ .version = 0, .blocks = goldenDescription().blocks }));
 
     const std::tuple<std::string, int, std::string> cases[] {
-        { "dance", 2, "dance" },
+        { "dance '\x1B'", 2, "\\x1B dance\nRun with --help" },
         { "create --version 10.00" + oneBlock, 2, "9.99" },
         { "create --version 0.00" + oneBlock, 2, "above 0" },
         { "create --version 1.5" + oneBlock, 2, "'1.5' is not a version" },
@@ -94,10 +96,21 @@ TEST_F (Tool, saysWhatIsWrongAndLeavesNothingBehind)
         { version + " --block id=0001,file=large.bin -o new.upd", 1, "block 1 is too large: 16777216" },
         { version + " --block id=0001,file=none.bin -o new.upd", 1, "no data" },
         { version + " --block id=0001,file=main.bin -o main.bin", 1, "never overwritten" },
+        { version + " --block id=0001,file=main.bin -o loop", 1, "loop: cannot be written: Too many levels" },
+        { version + " --block id=0001,file=main.bin -o nowhere", 1, "nowhere: cannot be written: Not a directory" },
         { "verify good.upd", 0, "version 1.05, blocks: 3, to be written: 2, bytes in all: 12" },
         { "verify format.upd", 1, "format version is not 0100 (at byte 4)" },
         { "verify zero.upd", 1, "the version is 0.00" },
         { "verify good.upd >/dev/full", 1, "" },
+        { "verify '\x1B\\\x7F\n~\xC2\xA0\u20AC\U0001F3A7'",
+          1,
+          ": \\x1B\\x5C\\x7F\\x0A~\xC2\xA0\u20AC\U0001F3A7: the file" },
+        { "verify '\xC2\x9F\xE2\x82\xC3 \xED\xA0\x80 \xE0\x9F\xBF'",
+          1,
+          "\\xC2\\x9F\\xE2\\x82\\xC3 \\xED\\xA0\\x80 \\xE0\\x9F\\xBF" },
+        { "verify '\xF4\x90\x80\x80 \xF0\x8F\xBF\xBF \x80\xF8\x80\x80\x80\xC2'",
+          1,
+          "\\xF4\\x90\\x80\\x80 \\xF0\\x8F\\xBF\\xBF \\x80\\xF8\\x80\\x80\\x80\\xC2" },
         { "extract format.upd out", 1, "format version" },
     };
 
@@ -145,6 +158,37 @@ TEST_F (Tool, replacesAFileWholeOrNotAtAll)
     EXPECT_EQ (run ("create --version 1.05 --block id=0001,file=main.bin -o good.upd").code, 0);
     EXPECT_EQ (folder.read ("good.upd"),
                writePackage ({ .version = 105, .blocks = { { .id = 1, .data = mainData } } }));
+    EXPECT_EQ (names(), before);
+}
+
+TEST_F (Tool, followsTheLinkThatItIsToldToWriteAndNoneInADirectory)
+{
+    using std::filesystem::perms;
+    const std::string create = "create --version 1.05 --block id=0001,file=main.bin -o ";
+    const auto made = writePackage ({ .version = 105, .blocks = { { .id = 1, .data = mainData } } });
+    const auto modeOf = [this] (const char* name)
+    { return std::filesystem::status (folder.path (name)).permissions(); };
+
+    std::filesystem::create_directory (folder.path ("out"));
+    std::filesystem::create_symlink ("../main.bin", folder.path ("out/block-01-0001.bin"));
+    std::filesystem::create_symlink ("out/new.upd", folder.path ("second"));
+    std::filesystem::create_symlink ("second", folder.path ("first"));
+    std::filesystem::permissions (folder.write ("out/block-02-1A2F.bin", {}), perms { 0606 });
+    const auto before = names();
+
+    EXPECT_EQ (run ("extract good.upd out").code, 0);
+    EXPECT_EQ (folder.read ("main.bin"), mainData);
+    EXPECT_EQ (folder.read ("out/block-01-0001.bin"), (Bytes { 'a', 'b', 'c' }));
+    EXPECT_EQ (folder.read ("out/block-02-1A2F.bin").size(), 5u);
+    EXPECT_EQ (modeOf ("out/block-02-1A2F.bin"), perms { 0606 });
+
+    // First there is nothing behind the links, then there is.
+    EXPECT_EQ (run (create + "first").code, 0);
+    EXPECT_EQ (folder.read ("out/new.upd"), made);
+    std::filesystem::permissions (folder.write ("out/new.upd", {}), perms { 0640 });
+    EXPECT_EQ (run (create + "first").code, 0);
+    EXPECT_EQ (folder.read ("out/new.upd"), made);
+    EXPECT_EQ (modeOf ("out/new.upd"), perms { 0640 });
     EXPECT_EQ (names(), before);
 }
 
