@@ -215,19 +215,17 @@ TEST (Loader, anyFileGivesAResultAtOnce)
     folder.write ("empty", {});
     folder.write ("third", sealed (badThird));
 
-    // One line of text in a file of a whole page, says the system.
+    // One line of text in a file of a whole page, says the system; a bare root may do without.
     const auto* shorterThanItSays = "/sys/devices/system/cpu/online";
+    const auto shortRead =
+        std::filesystem::exists (shorterThanItSays) ? PackageFault::cannotReadWhole : PackageFault::cannotOpen;
 
     const std::tuple<const char*, PackageFault, std::uint32_t> cases[] {
-        { "good", PackageFault::none, 12 },
-        { "link", PackageFault::none, 12 },
-        { "missing", PackageFault::cannotOpen, 0 },
-        { "directory", PackageFault::notARegularFile, 0 },
-        { "fifo", PackageFault::notARegularFile, 0 },
-        { "huge", PackageFault::tooLarge, 0 },
-        { "empty", PackageFault::tooShort, 0 },
-        { "third", PackageFault::blockChecksum, 0 },
-        { shorterThanItSays, PackageFault::cannotReadWhole, 0 },
+        { "good", PackageFault::none, 12 },           { "link", PackageFault::none, 12 },
+        { "missing", PackageFault::cannotOpen, 0 },   { "directory", PackageFault::notARegularFile, 0 },
+        { "fifo", PackageFault::notARegularFile, 0 }, { "huge", PackageFault::tooLarge, 0 },
+        { "empty", PackageFault::tooShort, 0 },       { "third", PackageFault::blockChecksum, 0 },
+        { shorterThanItSays, shortRead, 0 },
     };
 
     for (const auto& [name, fault, total] : cases)
