@@ -362,8 +362,8 @@ TEST_F (Tool, followsTheLinkThatItIsToldToWriteAndNoneInADirectory)
 
     std::filesystem::create_directory (folder.path ("out"));
     std::filesystem::create_symlink ("../main.bin", folder.path ("out/block-01-0001.bin"));
-    std::filesystem::create_symlink ("out/new.upd", folder.path ("second"));
-    std::filesystem::create_symlink ("second", folder.path ("first"));
+    std::filesystem::create_symlink ("new.upd", folder.path ("out/second"));
+    std::filesystem::create_symlink ("out/second", folder.path ("first"));
     std::filesystem::permissions (folder.write ("out/block-02-1A2F.bin", {}), perms { 0606 });
     const auto before = names();
 
