@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
 #include <numeric>
 #include <tuple>
 
@@ -32,6 +33,11 @@ Outcome parse (std::span<const std::uint8_t> file)
     return outcome;
 }
 
+auto fields (const PackageVerdict& verdict)
+{
+    return std::tuple (verdict.fault, verdict.block, verdict.offset);
+}
+
 const Bytes goldenBody { goldenPackage.begin(), goldenPackage.end() - 4 };
 
 TEST (Loader, goldenBytes)
@@ -52,6 +58,7 @@ TEST (Loader, goldenBytes)
         EXPECT_EQ (blocks[i].id, expected[i].id) << i;
         EXPECT_EQ (blocks[i].enabled, expected[i].enabled) << i;
         EXPECT_EQ (blocks[i].encrypted, expected[i].scramble) << i;
+        EXPECT_EQ (blocks[i].keyIndex, expected[i].keyIndex) << i;
         EXPECT_EQ (blocks[i].size, expected[i].data.size()) << i;
         EXPECT_EQ (blocks[i].data, expected[i].data) << i;
     }
@@ -65,8 +72,11 @@ TEST (Loader, asManyBlocksAsThereMayBeWithEveryPadding)
     {
         Bytes data (size);
         std::iota (data.begin(), data.end(), std::uint8_t { 0xF8 });
-        package.blocks.push_back ({ .id = 0xFFFF, .data = data, .enabled = true, .scramble = size % 8 < 5 });
+        package.blocks.push_back ({ .id = 0xFFFF, .data = data, .enabled = size % 2 > 0, .scramble = size % 8 < 5 });
     }
+
+    EXPECT_EQ (reasonAgainst (package), "");
+    EXPECT_EQ (reasonAgainst ({ .version = 1, .blocks = { { .data = Bytes (sizeLimit - 1) } } }), "");
 
     const auto [verdict, info, blocks] = parse (writePackage (package));
     EXPECT_EQ (verdict.fault, PackageFault::none);
@@ -78,28 +88,40 @@ TEST (Loader, asManyBlocksAsThereMayBeWithEveryPadding)
 }
 
 /** What each byte of the golden package is for. m, f, p: must be just so. d: enters a block's data, its key or its
-    CRC-16. X: encrypt mark of a scrambled block. c: count. s: size. A point: free, or the block's own affair. */
+    CRC-16. X: encrypt mark of a scrambled block. e: enable mark. i: digit of the id 1A2F. c: count. s: size. A point:
+    free, or the block's own affair. */
 constexpr std::string_view roles = "mmmmffff....ppppppppddddc..."
-                                   ".............d......ssssddd...dd"
-                                   "dddd.........Xd.....ssssddddd.....dd"
-                                   ".............d......ssssdddd..dd";
+                                   "............ed......ssssddd...dd"
+                                   "dddd....iiiieXd.....ssssddddd.....dd"
+                                   "............ed......ssssdddd..dd";
 
 static_assert (roles.size() == goldenPackage.size() - 4);
 
-PackageFault expectedFault (char role, std::uint8_t value)
+/** The block that a byte belongs to, from 0; for the header the scrambled one, whose key it may enter. */
+std::size_t blockAt (std::size_t place)
 {
-    switch (role)
+    return place < 28 || (place >= 60 && place < 96) ? 1 : place < 60 ? 0 : 2;
+}
+
+PackageVerdict expectedVerdict (std::size_t place, std::uint8_t value)
+{
+    const auto block = blockAt (place);
+    const PackageVerdict wrongData { PackageFault::blockChecksum,
+                                     static_cast<unsigned> (block + 1),
+                                     goldenBlockOffsets[block + 1] - 2 };
+
+    switch (roles[place])
     {
-        case 'm': return PackageFault::magic;
-        case 'f': return PackageFault::formatVersion;
-        case 'p': return PackageFault::productCode;
-        case 'd': return PackageFault::blockChecksum;
-        case 'X': return value == 0 ? PackageFault::blockChecksum : PackageFault::none;
+        case 'm': return { PackageFault::magic, 0, 0 };
+        case 'f': return { PackageFault::formatVersion, 0, 4 };
+        case 'p': return { PackageFault::productCode, 0, 12 };
+        case 'd': return wrongData;
+        case 'X': return value == 0 ? wrongData : PackageVerdict {};
         case 'c':
-            return value > 16  ? PackageFault::tooManyBlocks
-                   : value > 3 ? PackageFault::blockBeyondEnd
-                               : PackageFault::none;
-        default: return PackageFault::none;
+            return value > 16  ? PackageVerdict { PackageFault::tooManyBlocks, 0, 24 }
+                   : value > 3 ? PackageVerdict { PackageFault::blockBeyondEnd, 4, 128 }
+                               : PackageVerdict {};
+        default: return {};
     }
 }
 
@@ -110,15 +132,26 @@ TEST (Loader, everyChangeOfOneByte)
         {
             SCOPED_TRACE (testing::Message() << "byte " << place << " changed by " << change);
             auto file = goldenPackage;
-            file[place] ^= static_cast<std::uint8_t> (change);
-            EXPECT_EQ (parse (file).verdict.fault, PackageFault::fileChecksum);
+            const auto value = file[place] ^= static_cast<std::uint8_t> (change);
+            EXPECT_EQ (fields (parse (file).verdict), std::tuple (PackageFault::fileChecksum, 0u, 128u));
 
-            const auto fault = parse (sealed (std::span (file).first (roles.size()))).verdict.fault;
+            const auto [verdict, info, blocks] = parse (sealed (std::span (file).first (roles.size())));
 
             if (roles[place] == 's')
-                EXPECT_NE (fault, PackageFault::none);
+                EXPECT_NE (verdict.fault, PackageFault::none);
             else
-                EXPECT_EQ (fault, expectedFault (roles[place], file[place]));
+                EXPECT_EQ (fields (verdict), fields (expectedVerdict (place, value)));
+
+            EXPECT_TRUE (roles[place] != 'e' || blocks[blockAt (place)].enabled == (value == 'Y'));
+
+            if (roles[place] == 'i')
+            {
+                const auto digit = std::isxdigit (value) != 0
+                                       ? std::stoul (std::string { static_cast<char> (value) }, nullptr, 16)
+                                       : 0;
+                const auto shift = 4 * (71 - place);
+                EXPECT_EQ (blocks[1].id, (0x1A2Fu & ~(0xFu << shift)) | (digit << shift));
+            }
         }
 }
 
@@ -126,9 +159,11 @@ TEST (Loader, everyTruncation)
 {
     for (std::size_t length = 0; length < goldenBody.size(); ++length)
     {
-        const auto expected = length < 28 ? PackageFault::tooShort : PackageFault::fileChecksum;
+        const auto expected = length < 28 ? std::tuple (PackageFault::tooShort, 0u, length)
+                                          : std::tuple (PackageFault::fileChecksum, 0u, length - 4);
         EXPECT_EQ (
-            parse (Bytes (goldenBody.begin(), goldenBody.begin() + static_cast<std::ptrdiff_t> (length))).verdict.fault,
+            fields (
+                parse (Bytes (goldenBody.begin(), goldenBody.begin() + static_cast<std::ptrdiff_t> (length))).verdict),
             expected)
             << length;
 
@@ -161,6 +196,7 @@ TEST (Loader, noSizeIsBelieved)
                        size == largest ? PackageFault::blockChecksum : PackageFault::blockBeyondEnd)
                 << size;
             EXPECT_EQ (outcome.verdict.block, block + 1);
+            EXPECT_EQ (outcome.verdict.offset, size == largest ? 130 : start);
         }
     }
 }
@@ -179,11 +215,17 @@ TEST (Loader, anyFileGivesAResultAtOnce)
     folder.write ("empty", {});
     folder.write ("third", sealed (badThird));
 
+    // One line of text in a file of a whole page, says the system; a bare root may do without.
+    const auto* shorterThanItSays = "/sys/devices/system/cpu/online";
+    const auto shortRead =
+        std::filesystem::exists (shorterThanItSays) ? PackageFault::cannotReadWhole : PackageFault::cannotOpen;
+
     const std::tuple<const char*, PackageFault, std::uint32_t> cases[] {
         { "good", PackageFault::none, 12 },           { "link", PackageFault::none, 12 },
         { "missing", PackageFault::cannotOpen, 0 },   { "directory", PackageFault::notARegularFile, 0 },
         { "fifo", PackageFault::notARegularFile, 0 }, { "huge", PackageFault::tooLarge, 0 },
         { "empty", PackageFault::tooShort, 0 },       { "third", PackageFault::blockChecksum, 0 },
+        { shorterThanItSays, shortRead, 0 },
     };
 
     for (const auto& [name, fault, total] : cases)

@@ -65,7 +65,7 @@ std::string create (const CreateArguments& arguments)
     if (auto reason = reasonAgainst (package); ! reason.empty())
         return reason;
 
-    return writeWholeFile (arguments.output, writePackage (package), files);
+    return writeWholeFile (arguments.output, Links::follow, writePackage (package), files);
 }
 
 } // namespace

@@ -42,7 +42,10 @@ std::string extract (const ExtractArguments& arguments)
         std::array<char, 32> name {};
         std::snprintf (name.data(), name.size(), "block-%02u-%04X.bin", i + 1, unsigned { blocks[i].id });
 
-        if (auto problem = writeWholeFile (directory / name.data(), blocks[i].data, { &input, 1 }); ! problem.empty())
+        // A link in there could lead out of the directory.
+        const auto problem = writeWholeFile (directory / name.data(), Links::replace, blocks[i].data, { &input, 1 });
+
+        if (! problem.empty())
             return problem;
     }
 

@@ -3,7 +3,7 @@
 
 #include "Inspection.h"
 
-#include <cstdio>
+#include "EscapedText.h"
 
 namespace wqv
 {
@@ -12,21 +12,6 @@ namespace
 
 constexpr std::size_t checksumSize = 4;
 constexpr std::size_t trailerSize = 4;
-
-std::string escaped (std::span<const std::uint8_t> bytes)
-{
-    std::string text;
-
-    for (const auto byte : bytes)
-    {
-        std::array<char, 5> code {};
-        const auto plain = byte >= 0x20 && byte < 0x7F && byte != '\\';
-        std::snprintf (code.data(), code.size(), plain ? "%c" : "\\x%02X", unsigned { byte });
-        text += code.data();
-    }
-
-    return text;
-}
 
 ChecksumPair fileChecksum (std::span<const std::uint8_t> file)
 {
@@ -104,10 +89,10 @@ Inspection inspect (std::span<const std::uint8_t> file)
         return result;
 
     result.hasHeader = true;
-    result.magic = escaped (file.subspan (0, 4));
-    result.formatVersion = escaped (file.subspan (4, 4));
-    result.productCode = escaped (file.subspan (12, 8));
-    result.versionDigits = escaped (file.subspan (20, 4));
+    result.magic = escapedBytes (file.subspan (0, 4));
+    result.formatVersion = escapedBytes (file.subspan (4, 4));
+    result.productCode = escapedBytes (file.subspan (12, 8));
+    result.versionDigits = escapedBytes (file.subspan (20, 4));
     readBlocks (reader, file, result);
     return result;
 }

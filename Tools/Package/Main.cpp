@@ -2,6 +2,7 @@
 // wqv-package: makes, checks, shows and takes apart update packages.
 
 #include "Commands.h"
+#include "EscapedText.h"
 
 #include <CLI/CLI.hpp>
 
@@ -17,7 +18,7 @@ ExitCode report (const std::string& problem)
     if (problem.empty())
         return ExitCode::success;
 
-    std::cerr << "wqv-package: " << problem << '\n';
+    std::cerr << "wqv-package: " << escapedText (problem) << '\n';
     return ExitCode::failure;
 }
 
@@ -29,6 +30,8 @@ ExitCode run (int argumentCount, const char* const* arguments)
     CLI::App app ("Makes, checks, shows and takes apart update packages of the WQV-KRV20.", "wqv-package");
     app.set_version_flag ("--version", "wqv-package " WQV_PROJECT_VERSION);
     app.require_subcommand (0, 1);
+    app.failure_message ([] (const CLI::App*, const CLI::Error& error)
+                         { return escapedText (error.what()) + "\nRun with --help for more information.\n"; });
 
     auto result = ExitCode::success;
     addCreateCommand (app, result);

@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// POSIX calls: only they can refuse an existing name and wait for the disk.
+// POSIX calls: only they can refuse an existing name, wait for the disk and tell "not there" from all other errors.
 
 #include "OutputFile.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <optional>
 #include <system_error>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace wqv
@@ -20,7 +23,8 @@ namespace fs = std::filesystem;
 class TemporaryFile
 {
 public:
-    explicit TemporaryFile (const fs::path& directory)
+    /** @param mode  its permissions; without one, those of any new file */
+    TemporaryFile (const fs::path& directory, std::optional<mode_t> mode)
     {
         const auto stem = ".wqv-package-" + std::to_string (getpid()) + "-";
 
@@ -28,13 +32,16 @@ public:
         for (int number = 0; number < 100 && descriptor < 0; ++number)
         {
             path = directory / (stem + std::to_string (number));
-            descriptor = open (path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+            descriptor = open (path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode.value_or (0666));
 
             if (descriptor < 0 && errno != EEXIST)
                 break;
         }
 
         exists = descriptor >= 0;
+
+        // The process's mask has taken its share of them.
+        ready = exists && (! mode || fchmod (descriptor, *mode) == 0);
     }
 
     ~TemporaryFile()
@@ -49,9 +56,9 @@ public:
     TemporaryFile (const TemporaryFile&) = delete;
     TemporaryFile& operator= (const TemporaryFile&) = delete;
 
-    [[nodiscard]] bool isOpen() const { return exists; }
+    /** Like fill(), leaves the cause of a failure in errno. */
+    [[nodiscard]] bool isReady() const { return ready; }
 
-    /** Leaves the cause of a failure in errno. */
     [[nodiscard]] bool fill (std::span<const std::uint8_t> bytes)
     {
         while (! bytes.empty())
@@ -84,6 +91,7 @@ private:
     fs::path path;
     int descriptor = -1;
     bool exists = false;
+    bool ready = false;
 };
 
 std::error_code lastError()
@@ -91,41 +99,93 @@ std::error_code lastError()
     return { errno, std::generic_category() };
 }
 
-std::error_code replace (const fs::path& target, std::span<const std::uint8_t> bytes)
+/** What lies at a place, links not followed; nothing when it is sure that there is nothing. */
+std::optional<struct stat> look (const fs::path& place, std::error_code& error)
 {
-    TemporaryFile temporary (target.has_parent_path() ? target.parent_path() : fs::path ("."));
+    struct stat found
+    {};
 
-    if (! temporary.isOpen() || ! temporary.fill (bytes))
+    if (lstat (place.c_str(), &found) == 0)
+        return found;
+
+    if (errno != ENOENT)
+        error = lastError();
+
+    return {};
+}
+
+/** Follows links to their end, also to one where nothing is. */
+fs::path behindLinks (fs::path place, std::error_code& error)
+{
+    constexpr int asManyAsTheKernelFollows = 40;
+
+    for (int links = 0; links <= asManyAsTheKernelFollows; ++links)
+    {
+        const auto found = look (place, error);
+
+        if (error || ! found || ! S_ISLNK (found->st_mode))
+            return place;
+
+        place = place.parent_path() / fs::read_symlink (place, error);
+    }
+
+    error = std::make_error_code (std::errc::too_many_symbolic_link_levels);
+    return place;
+}
+
+/** Whether @p found is the file that @p name leads to, or the link of that name. */
+bool isNamed (const struct stat& found, const fs::path& name)
+{
+    const auto isOneOf = [&] (auto find)
+    {
+        struct stat other
+        {};
+        return find (name.c_str(), &other) == 0 && other.st_dev == found.st_dev && other.st_ino == found.st_ino;
+    };
+
+    return isOneOf (stat) || isOneOf (lstat);
+}
+
+std::error_code replace (const fs::path& place, std::optional<mode_t> mode, std::span<const std::uint8_t> bytes)
+{
+    TemporaryFile temporary (place.has_parent_path() ? place.parent_path() : fs::path ("."), mode);
+
+    if (! temporary.isReady() || ! temporary.fill (bytes))
         return lastError();
 
-    return temporary.moveTo (target);
+    return temporary.moveTo (place);
 }
 
 } // namespace
 
 std::string writeWholeFile (const fs::path& target,
+                            Links links,
                             std::span<const std::uint8_t> bytes,
                             std::span<const fs::path> inputs)
 {
     std::error_code error;
+    const auto place = links == Links::follow ? behindLinks (target, error) : target;
+    const auto old = error ? std::nullopt : look (place, error);
+    std::optional<mode_t> mode;
 
-    for (const auto& input : inputs)
-        if (fs::equivalent (target, input, error))
-            return target.string() + ": is the input file " + input.string() + ", which is never overwritten";
+    if (old)
+    {
+        const auto input = std::ranges::find_if (inputs, [&] (const auto& name) { return isNamed (*old, name); });
 
-    const auto failure = [&target] (const std::error_code& cause)
-    { return cause ? target.string() + ": cannot be written: " + cause.message() : std::string(); };
+        if (input != inputs.end())
+            return target.string() + ": is the input file " + input->string() + ", which is never overwritten";
 
-    const auto status = fs::status (target, error);
+        if (! S_ISREG (old->st_mode) && ! S_ISLNK (old->st_mode))
+            return target.string() + ": cannot be replaced: it is not a regular file";
 
-    if (! fs::exists (status))
-        return failure (replace (target, bytes));
+        if (S_ISREG (old->st_mode))
+            mode = old->st_mode & 0777;
+    }
 
-    if (! fs::is_regular_file (status))
-        return target.string() + ": cannot be replaced: it is not a regular file";
+    if (! error)
+        error = replace (place, mode, bytes);
 
-    const auto behindLinks = fs::canonical (target, error);
-    return failure (error ? error : replace (behindLinks, bytes));
+    return error ? target.string() + ": cannot be written: " + error.message() : std::string();
 }
 
 } // namespace wqv

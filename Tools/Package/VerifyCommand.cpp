@@ -2,6 +2,7 @@
 // wqv-package verify: would the program offer this package?
 
 #include "Commands.h"
+#include "EscapedText.h"
 #include "FaultText.h"
 
 #include <CLI/CLI.hpp>
@@ -26,8 +27,9 @@ std::string verify (const std::string& file)
 
     const auto enabled = std::ranges::count (blocks, true, &fw_info_t::enabled);
 
-    std::cout << file << ": version " << versionText (info.version) << ", blocks: " << int { info.blockCount }
-              << ", to be written: " << enabled << ", bytes in all: " << info.totalSize << '\n';
+    std::cout << escapedText (file) << ": version " << versionText (info.version)
+              << ", blocks: " << int { info.blockCount } << ", to be written: " << enabled
+              << ", bytes in all: " << info.totalSize << '\n';
     return {};
 }
 
