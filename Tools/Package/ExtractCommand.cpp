@@ -43,7 +43,7 @@ std::string extract (const ExtractArguments& arguments)
         std::snprintf (name.data(), name.size(), "block-%02u-%04X.bin", i + 1, unsigned { blocks[i].id });
 
         // A link in there could lead out of the directory.
-        const auto problem = writeWholeFile (directory / name.data(), Links::replace, blocks[i].data, { &input, 1 });
+        auto problem = writeWholeFile (directory / name.data(), Links::replace, blocks[i].data, { &input, 1 });
 
         if (! problem.empty())
             return problem;
