@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One function of Xlib's that the toolkit calls by a pointer, replaced.
+// One function of Xlib's that JUCE calls by a pointer, replaced.
 
-#define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1 // the toolkit's pointers
+#define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1 // JUCE's pointers
 
 #include "FixedSize.h"
 

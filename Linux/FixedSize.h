@@ -11,18 +11,18 @@ namespace wqv
 /** Says a window's size to the window manager as its smallest and largest too, from before it is shown: one that ignores
     the hint against resizing, a tiling one for instance, obeys that one.
 
-    The toolkit says it as well, but unscaled, and then writes other hints over it whenever it places the window, which it
+    JUCE says it as well, but unscaled, and then writes other hints over it whenever it places the window, which it
     does even for a repaint; so they are completed on their way. One object at a time, message thread only.
 */
 class FixedSize
 {
 public:
-    /** To be made when the toolkit has connected to the display.
+    /** To be made when JUCE has connected to the display.
         @param windowToKeep   not yet on the desktop; outlives this object
         @param width, height  of its client area, in pixels at scale 1 */
     FixedSize (const juce::Component& windowToKeep, int width, int height);
 
-    /** From here on the window's hints are the toolkit's own again. */
+    /** From here on the window's hints are JUCE's own again. */
     ~FixedSize();
 
     FixedSize (const FixedSize&) = delete;
@@ -33,7 +33,7 @@ private:
 
     const juce::Component& window;
     const juce::Rectangle<int> size;
-    juce::Rectangle<int> inPixels; ///< as the toolkit scales it; empty until it has
+    juce::Rectangle<int> inPixels; ///< as JUCE scales it; empty until it has
 };
 
 } // namespace wqv
