@@ -3,20 +3,27 @@
 
 #include "SleepInhibitor.h"
 
+#include "SystemBus.h"
+
 #include <juce_events/juce_events.h>
 
 #include <algorithm>
 #include <cstring>
 #include <fcntl.h>
 #include <iostream>
-#include <systemd/sd-bus.h>
 #include <unistd.h>
 
 namespace wqv
 {
 
-SleepInhibitor::SleepInhibitor (const std::string& who, const std::string& why)
+SleepInhibitor::SleepInhibitor (const std::string& who, const std::string& why) : systemBus (SystemBus::get())
 {
+    if (systemBus == nullptr)
+    {
+        complain ("there is no libsystemd.so.0 to ask logind with");
+        return;
+    }
+
     if (const auto status = ask (who, why); status < 0)
     {
         giveUp (status);
@@ -24,7 +31,7 @@ SleepInhibitor::SleepInhibitor (const std::string& who, const std::string& why)
     }
 
     // The loop may call once more after the callback was unregistered.
-    juce::LinuxEventLoop::registerFdCallback (sd_bus_get_fd (bus.get()),
+    juce::LinuxEventLoop::registerFdCallback (systemBus->getFd (bus.get()),
                                               [this, weak = std::weak_ptr (bus)] (int)
                                               {
                                                   if (! weak.expired())
@@ -47,16 +54,16 @@ SleepInhibitor::~SleepInhibitor()
 int SleepInhibitor::ask (const std::string& who, const std::string& why)
 {
     sd_bus* opened = nullptr;
-    auto status = sd_bus_open_system (&opened);
+    auto status = systemBus->openSystem (&opened);
 
     if (status < 0)
         return status;
 
-    bus.reset (opened, sd_bus_close_unref);
+    bus.reset (opened, systemBus->closeUnref);
 
     for (auto& lock : locks)
     {
-        status = sd_bus_call_method_async (
+        status = systemBus->callMethodAsync (
             opened,
             nullptr,
             "org.freedesktop.login1",
@@ -89,7 +96,7 @@ void SleepInhibitor::talk()
     auto status = 1;
 
     while (status > 0 && ! isOver())
-        status = sd_bus_process (bus.get(), nullptr);
+        status = systemBus->process (bus.get(), nullptr);
 
     if (isOver())
         hangUp();
@@ -99,11 +106,15 @@ void SleepInhibitor::talk()
 
 void SleepInhibitor::giveUp (int status)
 {
+    complain (std::strerror (-status)); // NOLINT (concurrency-mt-unsafe): only this thread asks
+    hangUp();
+}
+
+void SleepInhibitor::complain (const char* reason) const
+{
     for (const auto& lock : locks)
         if (! lock.isAnswered)
-            lock.complain (std::strerror (-status)); // NOLINT (concurrency-mt-unsafe): only this thread asks
-
-    hangUp();
+            lock.complain (reason);
 }
 
 void SleepInhibitor::hangUp()
@@ -111,7 +122,7 @@ void SleepInhibitor::hangUp()
     if (bus == nullptr)
         return;
 
-    juce::LinuxEventLoop::unregisterFdCallback (sd_bus_get_fd (bus.get()));
+    juce::LinuxEventLoop::unregisterFdCallback (systemBus->getFd (bus.get()));
     bus.reset();
 }
 
@@ -120,9 +131,9 @@ void SleepInhibitor::Lock::takeAnswer (sd_bus_message& answer)
     int given = -1; // the message's own
     isAnswered = true;
 
-    if (const auto* const error = sd_bus_message_get_error (&answer); error != nullptr)
+    if (const auto* const error = SystemBus::get()->messageGetError (&answer); error != nullptr)
         complain (error->message != nullptr ? error->message : error->name);
-    else if (sd_bus_message_read (&answer, "h", &given) < 0)
+    else if (SystemBus::get()->messageRead (&answer, "h", &given) < 0)
         complain ("logind's answer makes no sense");
     else
         descriptor = fcntl (given, F_DUPFD_CLOEXEC, 0);

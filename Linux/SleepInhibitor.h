@@ -13,6 +13,8 @@ struct sd_bus_message;
 namespace wqv
 {
 
+class SystemBus;
+
 /** While it lives, the machine neither sleeps nor turns idle, not even when its lid is closed, and turning it off is held
     up; the desktop can show who wants that, and why. The kernel gives it back if the process ends in any other way.
 
@@ -46,7 +48,10 @@ private:
     [[nodiscard]] int ask (const std::string& who, const std::string& why);
     void talk();
     void giveUp (int status);
+    void complain (const char* reason) const;
     void hangUp();
+
+    const SystemBus* const systemBus; ///< null if the system has none
 
     std::array<Lock, 2> locks { { { .what = "sleep:idle:handle-lid-switch", .danger = "fall asleep" },
                                   { .what = "shutdown", .danger = "be turned off" } } };

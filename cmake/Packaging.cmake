@@ -87,10 +87,10 @@ and that of the update, and writes the update with a progress bar.
 wqv-package, also in this package, makes, checks, shows and takes apart
 such updates.")
 
-# What the program links to is computed. The toolkit loads these by name when it opens its window; without the first two it
-# does not run. The last keeps the screen saver away during an update.
+# What the program links to is computed. JUCE loads these by name when it opens its window; without the first two it
+# does not run. The last two keep the screen saver away and the machine awake during an update.
 set (CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set (CPACK_DEBIAN_PACKAGE_DEPENDS "libx11-6, libxext6, libxcursor1, libxinerama1, libxrandr2, libxrender1, libxss1")
+set (CPACK_DEBIAN_PACKAGE_DEPENDS "libx11-6, libxext6, libxcursor1, libxinerama1, libxrandr2, libxrender1, libxss1, libsystemd0")
 set (CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA
     "${PROJECT_SOURCE_DIR}/packaging/debian/postinst;${PROJECT_SOURCE_DIR}/packaging/debian/postrm")
 set (CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
