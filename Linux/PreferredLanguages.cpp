@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// From locale names to language identifiers.
+// The languages that the environment names.
 
 #include "PreferredLanguages.h"
+
+#include "LocaleName.h"
 
 #include <algorithm>
 #include <array>
@@ -18,25 +20,6 @@ std::string_view environment (const char* name)
     return value != nullptr ? value : "";
 }
 
-/** "zh_TW.UTF-8" is "zh-Hant-TW"; empty for the locales that name no language. */
-std::string identifierOf (std::string_view locale)
-{
-    const auto name = locale.substr (0, locale.find_first_of (".@"));
-
-    if (name == "C" || name == "POSIX")
-        return {};
-
-    std::string identifier (name);
-    std::ranges::replace (identifier, '_', '-');
-
-    if (identifier == "zh-CN" || identifier == "zh-SG")
-        identifier.insert (2, "-Hans");
-    else if (identifier == "zh-TW" || identifier == "zh-HK" || identifier == "zh-MO")
-        identifier.insert (2, "-Hant");
-
-    return identifier;
-}
-
 } // namespace
 
 std::vector<std::string> preferredLanguages()
@@ -50,11 +33,11 @@ std::vector<std::string> preferredLanguages()
 
 std::vector<std::string> preferredLanguagesFrom (std::string_view language, std::string_view locale)
 {
-    std::vector<std::string> identifiers;
+    std::vector<std::string> languages;
     const auto add = [&] (std::string_view name)
     {
-        if (auto identifier = identifierOf (name); ! identifier.empty())
-            identifiers.push_back (std::move (identifier));
+        if (auto known = languageOfLocale (name); ! known.empty())
+            languages.push_back (std::move (known));
     };
 
     while (! language.empty())
@@ -65,7 +48,7 @@ std::vector<std::string> preferredLanguagesFrom (std::string_view language, std:
     }
 
     add (locale);
-    return identifiers;
+    return languages;
 }
 
 } // namespace wqv

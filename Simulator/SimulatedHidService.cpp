@@ -14,7 +14,7 @@ namespace wqv
 namespace
 {
 
-/** After this time Linux gives up a write that a device does not take. */
+/** After this time a system gives up a write that a device does not take. */
 constexpr std::chrono::seconds writeLimit { 5 };
 
 } // namespace

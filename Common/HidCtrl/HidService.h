@@ -50,7 +50,7 @@ public:
 
     /** Sends one output report, with report id 0, and returns when the system has taken it or given up.
 
-        Any thread, one at a time. It may wait (on Linux 5 s at most) while the device takes nothing; an unplug ends
+        Any thread, one at a time. It may wait (5 s at most) while the device takes nothing; an unplug ends
         the wait.
 
         @returns whether the system took the whole report

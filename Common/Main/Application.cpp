@@ -1,16 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Starting and ending.
+// How the application starts, and the order in which it ends.
 
 #include "Application.h"
 
-#include "CurrentDesktop.h"
-#include "DisplayEvents.h"
-#include "DisplayLoss.h"
-#include "ExecutableFile.h"
+#include "HidService.h"
 #include "KeepAwake.h"
 #include "MainWindow.h"
-#include "PreferredLanguages.h"
-#include "SingleInstance.h"
 
 #include <iostream>
 #include <utility>
@@ -18,8 +13,8 @@
 namespace wqv
 {
 
-Application::Application (HidServiceMaker makerToUse, const SingleInstance* instanceToUse)
-    : makeHidService (std::move (makerToUse)), instance (instanceToUse)
+Application::Application (Platform& platformToUse, WindowSystem& windowSystemToUse, HidServiceMaker makerToUse)
+    : platform (platformToUse), windowSystem (windowSystemToUse), makeHidService (std::move (makerToUse))
 {
 }
 
@@ -27,88 +22,62 @@ Application::~Application() = default;
 
 void Application::initialise (const juce::String& /*commandLine*/)
 {
-    // The toolkit crashes when it makes a window without a display.
+    // JUCE (7.0.5, 8.0.6) crashes when it makes a window without a display.
     if (juce::Desktop::getInstance().getDisplays().displays.isEmpty())
     {
-        std::cerr << getApplicationName() << ": no display: the environment variable DISPLAY must name an X server\n";
+        std::cerr << name << ": no display to show a window on\n";
         setApplicationReturnValue (1);
         quit();
         return;
     }
 
-    // The toolkit has connected to the display.
-    displayLoss = std::make_unique<DisplayLoss> (
-        [this]
-        {
-            if (mainWindow != nullptr)
-                mainWindow->abandonUpdate();
-        });
-
-    terminationSignals = std::make_unique<TerminationSignals> ([this] { systemRequestedQuit(); });
+    endRequests = platform.onEndRequest ([this] { systemRequestedQuit(); });
     hidService = makeHidService();
     mainWindow = std::make_unique<MainWindow> (
-        getApplicationName(),
+        name,
         Updater::Host { .hidService = *hidService,
-                        .folder = getExecutableFile().parent_path(),
+                        .folder = platform.executableFile().parent_path(),
                         .quit = [this] { systemRequestedQuit(); },
-                        .keepAwake = [this] { return std::make_shared<KeepAwake> (getApplicationName()); } },
-        preferredLanguages());
-    displayEvents = std::make_unique<DisplayEvents> (*mainWindow);
-
-    if (instance != nullptr)
-        juce::LinuxEventLoop::registerFdCallback (instance->descriptor(), [this] (int) { answerInstances(); });
+                        .keepAwake = [this] { return std::make_shared<KeepAwake> (platform, name); } },
+        platform.preferredLanguages());
+    attachment = windowSystem.attach (*mainWindow, [this] { mainWindow->abandonUpdate(); });
+    mainWindow->appear();
 }
 
 void Application::shutdown()
 {
-    // A write that the system holds may keep the worker for seconds: nobody should have to watch that. The display may
-    // still go away, until the update is over.
+    // A write that the system holds may keep the worker for seconds: nobody should have to watch that.
     if (mainWindow != nullptr)
     {
         mainWindow->disappear();
         mainWindow->abandonUpdate();
-
-        if (instance != nullptr)
-            juce::LinuxEventLoop::unregisterFdCallback (instance->descriptor());
     }
 
-    displayEvents.reset();
+    attachment.reset();
     mainWindow.reset();
     hidService.reset();
-    terminationSignals.reset();
+    endRequests.reset();
 }
 
-const juce::String Application::getApplicationName() // NOLINT (readability-const-return-type): the toolkit's
+const juce::String Application::getApplicationName() // NOLINT (readability-const-return-type): JUCE's
 {
     return name;
 }
 
-const juce::String Application::getApplicationVersion() // NOLINT (readability-const-return-type): the toolkit's
+const juce::String Application::getApplicationVersion() // NOLINT (readability-const-return-type): JUCE's
 {
     return WQV_VERSION;
 }
 
 bool Application::moreThanOneInstanceAllowed()
 {
-    return JUCE_LINUX != 0;
+    return ! windowSystem.leavesInstancesToJuce();
 }
 
 void Application::anotherInstanceStarted (const juce::String& /*commandLine*/)
 {
-    if (mainWindow == nullptr || ! mainWindow->isVisible())
-        return;
-
-    if (const auto* const peer = mainWindow->getPeer())
-        bringToCurrentDesktop (reinterpret_cast<unsigned long> (peer->getNativeHandle()));
-
-    mainWindow->toFront (true);
-}
-
-/** An instance that asks while this one is leaving is not answered: it starts when this one is gone. */
-void Application::answerInstances()
-{
-    if (mainWindow != nullptr && mainWindow->isVisible())
-        instance->answer ([this] { anotherInstanceStarted ({}); });
+    if (attachment != nullptr && mainWindow->isVisible())
+        attachment->raise();
 }
 
 } // namespace wqv

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "HidService.h"
-#include "TerminationSignals.h"
+#include "Platform.h"
+#include "WindowSystem.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
@@ -14,12 +14,9 @@
 namespace wqv
 {
 
-class DisplayEvents;
-class DisplayLoss;
 class MainWindow;
-class SingleInstance;
 
-/** Shows the window and ends with it. The toolkit drives it, on the message thread. */
+/** Shows the window and ends with it. JUCE drives it, on the message thread. */
 class Application final : public juce::JUCEApplication
 {
 public:
@@ -29,8 +26,8 @@ public:
     /** The program's name, to users and to the system. */
     static constexpr const char* name = "WQVUpdateProgram";
 
-    /** @param instanceToUse  the first one, which others ask to raise the window; outlives this object; null for none */
-    explicit Application (HidServiceMaker makerToUse, const SingleInstance* instanceToUse = nullptr);
+    /** @param platformToUse, windowSystemToUse  outlive this object */
+    Application (Platform& platformToUse, WindowSystem& windowSystemToUse, HidServiceMaker makerToUse);
     ~Application() override;
 
     /** Opens the window. Without a display it says so on standard error instead, and the exit status is 1. */
@@ -39,25 +36,23 @@ public:
     /** Deletes the window, and with it the panel, be an update running or not. */
     void shutdown() override;
 
-    const juce::String getApplicationName() override;    // NOLINT (readability-const-return-type): the toolkit's
-    const juce::String getApplicationVersion() override; // NOLINT (readability-const-return-type): the toolkit's
+    const juce::String getApplicationName() override;    // NOLINT (readability-const-return-type): JUCE's
+    const juce::String getApplicationVersion() override; // NOLINT (readability-const-return-type): JUCE's
 
-    /** Whether the toolkit's own lock is not to be used: a file in a public folder, which any user could hold. */
     bool moreThanOneInstanceAllowed() override;
 
     /** Brings the window to the front and gives it the keyboard, if it is visible. */
     void anotherInstanceStarted (const juce::String& commandLine) override;
 
 private:
-    void answerInstances();
+    Platform& platform;
+    WindowSystem& windowSystem;
+    const HidServiceMaker makeHidService;
 
-    HidServiceMaker makeHidService;
-    const SingleInstance* const instance;
+    std::shared_ptr<void> endRequests;
     std::unique_ptr<HidService> hidService;
     std::unique_ptr<MainWindow> mainWindow;
-    std::unique_ptr<DisplayEvents> displayEvents;
-    std::unique_ptr<TerminationSignals> terminationSignals;
-    std::unique_ptr<DisplayLoss> displayLoss;
+    std::unique_ptr<WindowAttachment> attachment;
 };
 
 } // namespace wqv

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The machine by logind, the screen by the toolkit.
+// The machine is kept awake by the system, the screen by JUCE.
 
 #include "KeepAwake.h"
 
 #include "ScreenText.h"
 #include "TxtLoader.h"
+
+#include <juce_gui_basics/juce_gui_basics.h>
 
 namespace wqv
 {
@@ -20,7 +22,8 @@ std::string reason()
 
 } // namespace
 
-KeepAwake::KeepAwake (const juce::String& applicationName) : inhibitor (applicationName.toStdString(), reason())
+KeepAwake::KeepAwake (const Platform& platform, const std::string& program)
+    : machine (platform.keepAwake (program, reason()))
 {
     juce::Desktop::setScreenSaverEnabled (false);
 }

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// An update keeps the machine and its screen awake.
+// Keeping the machine and its screen awake during an update.
 
 #pragma once
 
-#include "SleepInhibitor.h"
+#include "Platform.h"
 
-#include <juce_gui_basics/juce_gui_basics.h>
+#include <memory>
+#include <string>
 
 namespace wqv
 {
@@ -16,15 +17,15 @@ class KeepAwake
 {
 public:
     /** The reason that the desktop can show is that of the update's screen, in its language.
-        @param applicationName  for people too */
-    explicit KeepAwake (const juce::String& applicationName);
+        @param program  its name, for people too */
+    KeepAwake (const Platform& platform, const std::string& program);
     ~KeepAwake();
 
     KeepAwake (const KeepAwake&) = delete;
     KeepAwake& operator= (const KeepAwake&) = delete;
 
 private:
-    SleepInhibitor inhibitor;
+    const std::shared_ptr<void> machine;
 };
 
 } // namespace wqv

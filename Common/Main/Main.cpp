@@ -2,48 +2,31 @@
 // The program that is shipped: the application over the system's own HID devices, once for each user and display.
 
 #include "Application.h"
-#include "LinuxHidService.h"
-#include "SingleInstance.h"
-
-#include <cstdlib>
-#include <iostream>
+#include "HidService.h"
 
 namespace
 {
 
-/** Held until the process ends, since a window that is gone may still have a write to wait for. */
-wqv::SingleInstance& thisInstance()
+/** Kept until the process ends: another instance may start only when this one's last write is over. */
+wqv::WindowSystem& theWindowSystem()
 {
-    const auto* const display = std::getenv ("DISPLAY"); // NOLINT (concurrency-mt-unsafe): nothing changes it
-    static wqv::SingleInstance instance (wqv::Application::name, display != nullptr ? display : "");
-    return instance;
+    static const auto windowSystem = wqv::makeWindowSystem (wqv::Application::name);
+    return *windowSystem;
 }
 
+/** JUCE makes the application by a plain function. */
 juce::JUCEApplicationBase* createApplication()
 {
-    const auto& instance = thisInstance();
-    return new wqv::Application ([] { return std::make_unique<wqv::LinuxHidService>(); },
-                                 instance.descriptor() >= 0 ? &instance : nullptr);
+    static const auto platform = wqv::makePlatform();
+    return new wqv::Application (*platform, theWindowSystem(), [] { return platform->makeHidService(); });
 }
 
 } // namespace
 
 int main (int argc, char* argv[])
 {
-    using Start = wqv::SingleInstance::Start;
-    const auto start = thisInstance().start();
-
-    if (start == Start::raised)
-        return EXIT_SUCCESS;
-
-    if (start == Start::noAnswer)
-    {
-        std::cerr << wqv::Application::name << ": it is running already, but does not answer\n";
-        return EXIT_FAILURE;
-    }
-
-    if (start == Start::unguarded)
-        std::cerr << wqv::Application::name << ": cannot tell whether it is running already\n";
+    if (const auto exitStatus = theWindowSystem().yieldToOtherInstance())
+        return *exitStatus;
 
     juce::JUCEApplicationBase::createInstance = &createApplication;
     return juce::JUCEApplicationBase::main (argc, const_cast<const char**> (argv));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Opening the window.
+// How the window is made and shown.
 
 #include "MainWindow.h"
 
@@ -18,8 +18,11 @@ MainWindow::MainWindow (const juce::String& name, Updater::Host host, std::span<
     centreWithSize (getWidth(), getHeight());
     setAlwaysOnTop (true);
     setWantsKeyboardFocus (false); // but the panel does
+}
 
-    // Only now: for each of these a window that is there already would be made anew.
+void MainWindow::appear()
+{
+    // Only now: for the title bar and for being on top JUCE (7.0.5, 8.0.6) would make a window that is there already anew.
     addToDesktop();
     getPeer()->setIcon (juce::ImageFileFormat::loadFrom (wqv_krv20_updater_128_png_pointer,
                                                          static_cast<std::size_t> (wqv_krv20_updater_128_png_length)));

@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include "FixedSize.h"
 #include "MainComponent.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>
@@ -18,8 +17,11 @@ namespace wqv
 class MainWindow final : public juce::ResizableWindow
 {
 public:
-    /** Shows the window, centred; its client area is as large as the panel. */
+    /** Makes the window around the panel, which is as large as its client area; it is not yet on the screen. */
     MainWindow (const juce::String& name, Updater::Host host, std::span<const std::string> preferredLanguages);
+
+    /** Shows the window, centred. */
+    void appear();
 
     /** Takes the window off the screen at once, whatever keeps the message thread afterwards. */
     void disappear() { content.disappear(); }
@@ -32,7 +34,6 @@ public:
 
 private:
     MainComponent& content; ///< owned as the window's content component
-    const FixedSize fixedSize { *this, MainComponent::panelWidth, MainComponent::panelHeight };
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (MainWindow)
 };

@@ -88,7 +88,7 @@ private:
     VirtualController controller;
 };
 
-/** The toolkit makes the application by a plain function, so this is where it finds what the application needs. */
+/** JUCE makes the application by a plain function, so this is where it finds what the application needs. */
 std::unique_ptr<Demo>& theDemo()
 {
     static std::unique_ptr<Demo> demo;
@@ -97,7 +97,9 @@ std::unique_ptr<Demo>& theDemo()
 
 juce::JUCEApplicationBase* createApplication()
 {
-    return new Application ([] { return theDemo()->makeHidService(); });
+    static const auto platform = makePlatform();
+    static const auto windowSystem = makeWindowSystem (Application::name);
+    return new Application (*platform, *windowSystem, [] { return theDemo()->makeHidService(); });
 }
 
 int runDemo (int argc, char* argv[])

@@ -43,7 +43,7 @@ TEST (FixedSizeTests, IsInTheHintsWhateverTheToolkitWritesOverThem)
         juce::Component other;
         window.setSize (42, 17);
 
-        const FixedSize fixedSize (window, 42, 17);
+        const FixedSize fixedSize (window);
         window.addToDesktop (juce::ComponentPeer::windowHasTitleBar);
         EXPECT_EQ (limits (window), expected);
 

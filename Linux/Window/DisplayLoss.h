@@ -13,7 +13,7 @@ namespace wqv
 class DisplayLoss
 {
 public:
-    /** To be made after the connection, on whose making the toolkit sets up its own way to end.
+    /** To be made after the connection, on whose making JUCE (7.0.5, 8.0.6) sets up its own way to end.
         @param lastSteps  called before the end, on the thread that has found the connection broken and in the middle of
                           what it was doing: it must not use the display */
     explicit DisplayLoss (std::function<void()> lastSteps);

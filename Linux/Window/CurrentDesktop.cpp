@@ -63,7 +63,7 @@ void bringToCurrentDesktop (unsigned long window)
     event.xclient.data.l[1] = directUser;
     XSendEvent (x, root, False, SubstructureRedirectMask | SubstructureNotifyMask, &event);
 
-    // Before anything that the toolkit sends over its own connection.
+    // Before anything that JUCE sends over its own connection.
     XSync (x, False);
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The toolkit's own way to empty the queue, taken without its condition.
+// Handling all events in Xlib's queue, by JUCE's own way.
 
-#define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1 // the toolkit's connection
+#define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1 // JUCE's connection
 
 #include "DisplayEvents.h"
 

@@ -10,10 +10,10 @@ namespace wqv
 
 /** Sees to it that no event of the display waits for the next one.
 
-    The toolkit sleeps until there is something to read on the connection. But whatever it asks the display meanwhile, to
+    JUCE (7.0.5, 8.0.6) sleeps until there is something to read on the connection. But whatever it asks the display meanwhile, to
     paint for instance, takes all that has come off the connection too, into Xlib's queue: the release of a mouse button
     would then press a button only when the mouse moves again. So the queue is emptied at every frame of a window, for
-    which the toolkit is awake in any case.
+    which JUCE is awake in any case.
 */
 class DisplayEvents
 {

@@ -37,8 +37,7 @@ struct FixedSize::Completion
     static inline FixedSize* keeper = nullptr; ///< the function has no other way to learn it
 };
 
-FixedSize::FixedSize (const juce::Component& windowToKeep, int width, int height)
-    : window (windowToKeep), size (width, height)
+FixedSize::FixedSize (const juce::Component& windowToKeep) : window (windowToKeep), size (windowToKeep.getLocalBounds())
 {
     Completion::keeper = this;
     juce::X11Symbols::getInstance()->xSetWMNormalHints = &Completion::setHints;

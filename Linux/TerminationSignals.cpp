@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A handler may do next to nothing: it writes a byte into a pipe, which the message loop reads.
+// SIGTERM, SIGHUP and SIGINT: the handler writes a byte into a pipe, which the message loop reads.
 
 #include "TerminationSignals.h"
 

@@ -18,9 +18,8 @@ class FixedSize
 {
 public:
     /** To be made when JUCE has connected to the display.
-        @param windowToKeep   not yet on the desktop; outlives this object
-        @param width, height  of its client area, in pixels at scale 1 */
-    FixedSize (const juce::Component& windowToKeep, int width, int height);
+        @param windowToKeep  has the size that it is to keep, is not yet on the desktop, outlives this object */
+    explicit FixedSize (const juce::Component& windowToKeep);
 
     /** From here on the window's hints are JUCE's own again. */
     ~FixedSize();

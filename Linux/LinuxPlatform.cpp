@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Linux, as the program asks for it.
+
+#include "ExecutableFile.h"
+#include "LinuxHidService.h"
+#include "Platform.h"
+#include "PreferredLanguages.h"
+#include "SleepInhibitor.h"
+#include "TerminationSignals.h"
+
+#include <utility>
+
+namespace wqv
+{
+namespace
+{
+
+class LinuxPlatform final : public Platform
+{
+public:
+    [[nodiscard]] std::filesystem::path executableFile() const override { return getExecutableFile(); }
+    [[nodiscard]] std::vector<std::string> preferredLanguages() const override { return wqv::preferredLanguages(); }
+
+    [[nodiscard]] std::unique_ptr<HidService> makeHidService() const override
+    {
+        return std::make_unique<LinuxHidService>();
+    }
+
+    [[nodiscard]] std::shared_ptr<void> keepAwake (const std::string& who, const std::string& why) const override
+    {
+        return std::make_shared<SleepInhibitor> (who, why);
+    }
+
+    [[nodiscard]] std::shared_ptr<void> onEndRequest (std::function<void()> callback) const override
+    {
+        return std::make_shared<TerminationSignals> (std::move (callback));
+    }
+};
+
+} // namespace
+
+std::unique_ptr<Platform> makePlatform()
+{
+    return std::make_unique<LinuxPlatform>();
+}
+
+} // namespace wqv
