@@ -24,10 +24,6 @@ namespace
 
 constexpr const char* ruleFile = "70-wqv-krv20.rules";
 
-// A node and its permissions come shortly after the news of it: for two seconds it is tried again.
-constexpr int millisecondsBetweenAttempts = 100;
-constexpr int attemptsAfterAttach = 20;
-
 bool isDenied (int error)
 {
     return error == EACCES || error == EPERM;
@@ -91,8 +87,6 @@ LinuxHidService::LinuxHidService() : context (udev_new())
 
 LinuxHidService::~LinuxHidService()
 {
-    stopTimer();
-
     if (monitor != nullptr)
         juce::LinuxEventLoop::unregisterFdCallback (udev_monitor_get_fd (monitor.get()));
 }
@@ -153,12 +147,11 @@ HidService::Opened LinuxHidService::open (HidDeviceId device, ReportBuffer& buff
         if (isDenied (node->error))
             attributes.followFolderOf (node->path);
 
-        if (node->attemptsLeft > 0)
-            startTimer (millisecondsBetweenAttempts);
-
+        retries.failed (device);
         return { .result = resultOf (node->error), .connection = nullptr };
     }
 
+    retries.begin (device);
     const auto connection = std::make_shared<HidrawConnection> (descriptor);
 
     connection->startInput (
@@ -223,7 +216,7 @@ void LinuxHidService::handleAttributes (std::string_view fileName)
 
 void LinuxHidService::attachAgain (Node& closedNode)
 {
-    closedNode.attemptsLeft = attemptsAfterAttach;
+    retries.begin (closedNode.device.id);
     tryClosedNode (closedNode.device.id);
 }
 
@@ -235,9 +228,8 @@ void LinuxHidService::nodeAppeared (udev_device& hidraw)
         return;
 
     device->id = ++lastId;
-    nodes[udev_device_get_syspath (&hidraw)] = { .device = *device,
-                                                 .path = udev_device_get_devnode (&hidraw),
-                                                 .attemptsLeft = attemptsAfterAttach };
+    nodes[udev_device_get_syspath (&hidraw)] = { .device = *device, .path = udev_device_get_devnode (&hidraw) };
+    retries.begin (device->id);
 
     if (listener != nullptr)
         listener->deviceAttached (*device);
@@ -253,6 +245,7 @@ void LinuxHidService::nodeGone (HidDeviceId device)
 
     // It stays known: until udev removes it, a new list of the system's devices still has it.
     node->isGone = true;
+    retries.end (device);
 
     if (listener != nullptr)
         listener->deviceRemoved (device);
@@ -265,35 +258,18 @@ void LinuxHidService::tryClosedNode (HidDeviceId device)
         listener->deviceAttached (HidDevice (node->device));
 }
 
-void LinuxHidService::timerCallback()
+void LinuxHidService::sayThatItIsClosed (HidDeviceId device)
 {
-    stopTimer();
+    const auto* const node = find (device);
 
-    std::vector<HidDeviceId> closed;
+    if (node == nullptr)
+        return;
 
-    for (auto& [path, node] : nodes)
-    {
-        if (node.error == 0 || node.isGone || node.attemptsLeft == 0)
-            continue;
+    std::cerr << "WQVUpdateProgram: cannot open " << node->path << ": "
+              << (node->error == EWOULDBLOCK ? "in use by another program"
+                                             : std::generic_category().message (node->error));
 
-        if (--node.attemptsLeft > 0)
-            closed.push_back (node.device.id);
-        else
-            sayThatItIsClosed (node);
-    }
-
-    for (const auto device : closed)
-        tryClosedNode (device);
-}
-
-void LinuxHidService::sayThatItIsClosed (const Node& node)
-{
-    const auto isInUse = node.error == EWOULDBLOCK;
-
-    std::cerr << "WQVUpdateProgram: cannot open " << node.path << ": "
-              << (isInUse ? "in use by another program" : std::generic_category().message (node.error));
-
-    if (isDenied (node.error))
+    if (isDenied (node->error))
         std::cerr << ": is the udev rule file " << ruleFile << " installed?";
 
     std::cerr << '\n';

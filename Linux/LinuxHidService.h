@@ -5,9 +5,8 @@
 
 #include "AttributeWatch.h"
 #include "HidService.h"
+#include "OpenRetries.h"
 #include "UdevHidDevice.h"
-
-#include <juce_events/juce_events.h>
 
 #include <map>
 #include <string>
@@ -19,7 +18,7 @@ namespace wqv
 
 /** Runs on the message loop alone: no thread, no polling. What nobody would learn otherwise it says on standard error: that
     there is no udev, and so no news of devices, and which node could not be opened, and why. */
-class LinuxHidService final : public HidService, private juce::Timer
+class LinuxHidService final : public HidService
 {
 public:
     LinuxHidService();
@@ -33,10 +32,9 @@ private:
     struct Node
     {
         HidDevice device;
-        std::string path;     ///< of the node, as in /dev/hidraw0
-        bool isGone = false;  ///< it has hung up, and udev is yet to say that it was removed
-        int error = 0;        ///< the system's number for why its last open failed; 0 if it did not
-        int attemptsLeft = 0; ///< to open it while it, or its permissions, may still be on their way
+        std::string path;    ///< of the node, as in /dev/hidraw0
+        bool isGone = false; ///< it has hung up, and udev is yet to say that it was removed
+        int error = 0;       ///< the system's number for why its last open failed; 0 if it did not
     };
 
     /** By system path: at a removal the device's parents are gone already. */
@@ -48,13 +46,14 @@ private:
     void nodeAppeared (udev_device& hidraw);
     void nodeGone (HidDeviceId device);
     void tryClosedNode (HidDeviceId device);
-    void timerCallback() override;
-    static void sayThatItIsClosed (const Node& node);
+    void sayThatItIsClosed (HidDeviceId device);
     [[nodiscard]] Node* find (HidDeviceId device);
 
     UdevPointer<udev> context;
     UdevPointer<udev_monitor> monitor;
     AttributeWatch attributes { [this] (std::string_view fileName) { handleAttributes (fileName); } };
+    OpenRetries retries { [this] (HidDeviceId device) { tryClosedNode (device); },
+                          [this] (HidDeviceId device) { sayThatItIsClosed (device); } };
     Nodes nodes;
     HidDeviceId lastId = 0;
     Listener* listener = nullptr;
