@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The least that the toolkit can show: a window as large as the program's, with nothing in it.
+// The least that JUCE can show: a window as large as the program's, with nothing in it.
 
 #include <juce_gui_basics/juce_gui_basics.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Starting, looking at and ending another program.
+// How a measured program is started, looked at and ended.
 
 #include "ChildProgram.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reading, answering, timing.
+// Answering the requests of an update, and measuring the time until each.
 
 #include "SocketController.h"
 

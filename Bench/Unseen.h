@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// An updater that nobody looks at.
+// A listener of the updater that shows nothing.
 
 #pragma once
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One inotify descriptor on the message loop.
+// inotify on the message loop, for changes of permissions.
 
 #include "AttributeWatch.h"
 

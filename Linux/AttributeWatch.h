@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Hears when a file's permissions change.
+// Hearing that a file's permissions have changed (inotify).
 
 #pragma once
 

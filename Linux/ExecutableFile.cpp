@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The kernel knows where this program lies; the dynamic loader only knows what it was called by.
+// The executable's path, from /proc/self/exe.
 
 #include "ExecutableFile.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Where this program lies.
+// The file of the running program.
 
 #pragma once
 

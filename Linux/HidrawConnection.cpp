@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads until there is nothing more, writes whole reports.
+// Reading and writing reports of a hidraw node.
 
 #include "HidrawConnection.h"
 
@@ -36,7 +36,7 @@ void HidrawConnection::startInput (ReportBuffer& reportBuffer,
     reportCallback = std::move (onReport);
     hangUpCallback = std::move (onHangUp);
 
-    // The loop may call once more after the callback was unregistered, so what it calls may be gone.
+    // JUCE (7.0.5, 8.0.6) may call once more after the callback was unregistered, so what it calls may be gone.
     juce::LinuxEventLoop::registerFdCallback (descriptor,
                                               [weak = weak_from_this()] (int)
                                               {

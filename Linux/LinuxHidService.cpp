@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Following hidraw nodes, and opening them.
+// The list of hidraw nodes, news of them from udev, and opening them.
 
 #include "LinuxHidService.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Linux, as the program asks for it.
+// Linux's answers to what the program asks of a system.
 
 #include "ExecutableFile.h"
 #include "LinuxHidService.h"

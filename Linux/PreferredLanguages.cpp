@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The languages that the environment names.
+// Reading LANGUAGE, LC_ALL, LC_MESSAGES and LANG.
 
 #include "PreferredLanguages.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Which languages the user prefers.
+// The languages that the user prefers, from the environment.
 
 #pragma once
 

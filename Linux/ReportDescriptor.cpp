@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A walk over the descriptor's items.
+// Reading the items of a HID report descriptor, for the sizes of its reports.
 
 #include "ReportDescriptor.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a HID report descriptor says about the size of reports.
+// The sizes of reports that a HID report descriptor defines.
 
 #pragma once
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Calls of logind's, whose answers are descriptors.
+// Asking logind for locks, and holding them.
 
 #include "SleepInhibitor.h"
 
@@ -30,7 +30,7 @@ SleepInhibitor::SleepInhibitor (const std::string& who, const std::string& why) 
         return;
     }
 
-    // The loop may call once more after the callback was unregistered.
+    // JUCE (7.0.5, 8.0.6) may call once more after the callback was unregistered.
     juce::LinuxEventLoop::registerFdCallback (systemBus->getFd (bus.get()),
                                               [this, weak = std::weak_ptr (bus)] (int)
                                               {

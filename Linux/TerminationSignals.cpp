@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// SIGTERM, SIGHUP and SIGINT: the handler writes a byte into a pipe, which the message loop reads.
+// The signals' handler, which writes a byte into a pipe that the message loop reads.
 
 #include "TerminationSignals.h"
 

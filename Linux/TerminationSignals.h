@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The system's requests to end the program.
+// SIGTERM, SIGHUP and SIGINT as calls on the message thread.
 
 #pragma once
 

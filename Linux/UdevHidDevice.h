@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What udev knows of one hidraw node.
+// The description of a USB HID device from its hidraw node's parents in sysfs.
 
 #pragma once
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reading fault scripts.
+// Parsing fault scripts, as in "silent@40,wrong@7:0xF8".
 
 #include "FaultScript.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Carrying reports between the program and its virtual controllers.
+// How reports, plugs and unplugs of virtual controllers reach the program.
 
 #include "SimulatedHidService.h"
 

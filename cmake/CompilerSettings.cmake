@@ -15,7 +15,7 @@ if (WQV_SANITIZERS)
     add_link_options (-fsanitize=${WQV_SANITIZERS})
 endif()
 
-# The settings of every target of ours; the toolkit's modules do not link to it. Without -Wrestrict, which g++ 12 reports
+# The settings of every target of ours; JUCE's modules do not link to it. Without -Wrestrict, which g++ 12 reports
 # for "text" + std::string where nothing overlaps.
 add_library (wqv_settings INTERFACE)
 

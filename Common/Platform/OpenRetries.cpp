@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How often, and how long apart, a device is tried.
+// The number of attempts to open a device, and the time between them.
 
 #include "OpenRetries.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A request to the window manager, as the Extended Window Manager Hints describe it.
+// Asking the window manager for another desktop (_NET_WM_DESKTOP).
 
 #include "CurrentDesktop.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The desktop that the user is looking at, of the several that a window manager may have.
+// Moving a window to the desktop that the user is looking at.
 
 #pragma once
 

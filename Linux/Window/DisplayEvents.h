@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the display has told a program that sleeps.
+// Handling the events that Xlib has read from the display's connection and keeps in its queue.
 
 #pragma once
 

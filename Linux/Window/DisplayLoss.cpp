@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A handler of Xlib, which ends the process by itself if the handler returns, in the middle of everything.
+// Xlib's handler for a connection that breaks.
 
 #include "DisplayLoss.h"
 

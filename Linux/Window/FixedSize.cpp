@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One function of Xlib's that JUCE calls by a pointer, replaced.
+// Our own function in the place of Xlib's XSetWMNormalHints, which JUCE calls by a pointer.
 
 #define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1 // JUCE's pointers
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A size that the window manager leaves alone.
+// A smallest and largest size in the window's hints.
 
 #pragma once
 

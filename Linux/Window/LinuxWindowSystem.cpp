@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The X11 desktop, as the program's window asks for it.
+// X11's answers to what the program's window asks of a system.
 
 #include "CurrentDesktop.h"
 #include "DisplayEvents.h"

@@ -4,7 +4,7 @@
 // First, since Xlib's macros have common names.
 #include <gtest/gtest.h>
 
-#define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1 // the toolkit's connection
+#define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1 // JUCE's connection
 
 #include "DisplayEvents.h"
 
@@ -40,7 +40,7 @@ public:
 // may yet have something else to say.
 TEST (DisplayEventsTests, HandlesWhatAQuestionToTheDisplayHasTakenOffTheConnection)
 {
-    const juce::ScopedJuceInitialiser_GUI toolkit;
+    const juce::ScopedJuceInitialiser_GUI juceIsThere;
     auto* const connection = juce::XWindowSystem::getInstance()->getDisplay();
     const std::unique_ptr<Display, Close> user (XOpenDisplay (nullptr));
     ASSERT_TRUE (connection != nullptr && user != nullptr) << "no display";

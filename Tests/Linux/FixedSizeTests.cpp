@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The smallest and largest size in a window's hints, whatever the toolkit writes over them: on a display that on-display
+// The smallest and largest size in a window's hints, whatever JUCE writes over them: on a display that on-display
 // makes.
 
 // First, since Xlib's macros have common names.
 #include <gtest/gtest.h>
 
-#define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1 // the toolkit's connection
+#define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1 // JUCE's connection
 
 #include "FixedSize.h"
 
@@ -32,9 +32,9 @@ std::string limits (const juce::Component& window)
                : text (hints.min_width, hints.min_height) + " to " + text (hints.max_width, hints.max_height);
 }
 
-TEST (FixedSizeTests, IsInTheHintsWhateverTheToolkitWritesOverThem)
+TEST (FixedSizeTests, IsInTheHintsWhateverJuceWritesOverThem)
 {
-    const juce::ScopedJuceInitialiser_GUI toolkit;
+    const juce::ScopedJuceInitialiser_GUI juceIsThere;
 
     for (const auto& [scale, expected] : { std::pair { 1.0f, "42x17 to 42x17" }, { 2.0f, "84x34 to 84x34" } })
     {
@@ -51,7 +51,7 @@ TEST (FixedSizeTests, IsInTheHintsWhateverTheToolkitWritesOverThem)
         window.setTopLeftPosition (30, 40);
         EXPECT_EQ (limits (window), expected);
 
-        // As a window manager may want it, and the toolkit then says again.
+        // As a window manager may want it, and JUCE then says again.
         window.setSize (100, 60);
         EXPECT_EQ (limits (window), expected);
 

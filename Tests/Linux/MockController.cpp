@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The node's reads and writes.
+// How a made-up hidraw node is read and written.
 
 #include "MockController.h"
 

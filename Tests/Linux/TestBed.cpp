@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Building sysfs, ancestors first.
+// Building the devices in sysfs, parents first.
 
 #include "TestBed.h"
 
