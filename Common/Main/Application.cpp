@@ -18,7 +18,7 @@
 namespace wqv
 {
 
-Application::Application (HidServiceMaker makerToUse, const SingleInstance* instanceToUse)
+Application::Application (HidServiceMaker makerToUse, SingleInstance* instanceToUse)
     : makeHidService (std::move (makerToUse)), instance (instanceToUse)
 {
 }
@@ -56,7 +56,8 @@ void Application::initialise (const juce::String& /*commandLine*/)
     displayEvents = std::make_unique<DisplayEvents> (*mainWindow);
 
     if (instance != nullptr)
-        juce::LinuxEventLoop::registerFdCallback (instance->descriptor(), [this] (int) { answerInstances(); });
+        juce::LinuxEventLoop::registerFdCallback (
+            instance->descriptor(), [this] (int) { instance->answer ([this] { anotherInstanceStarted ({}); }); });
 }
 
 void Application::shutdown()
@@ -68,6 +69,7 @@ void Application::shutdown()
         mainWindow->disappear();
         mainWindow->abandonUpdate();
 
+        // Another instance that asks from here on starts when this process has ended.
         if (instance != nullptr)
             juce::LinuxEventLoop::unregisterFdCallback (instance->descriptor());
     }
@@ -98,17 +100,8 @@ void Application::anotherInstanceStarted (const juce::String& /*commandLine*/)
     if (mainWindow == nullptr || ! mainWindow->isVisible())
         return;
 
-    if (const auto* const peer = mainWindow->getPeer())
-        bringToCurrentDesktop (reinterpret_cast<unsigned long> (peer->getNativeHandle()));
-
+    bringToCurrentDesktop (*mainWindow);
     mainWindow->toFront (true);
-}
-
-/** An instance that asks while this one is leaving is not answered: it starts when this one is gone. */
-void Application::answerInstances()
-{
-    if (mainWindow != nullptr && mainWindow->isVisible())
-        instance->answer ([this] { anotherInstanceStarted ({}); });
 }
 
 } // namespace wqv

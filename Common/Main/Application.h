@@ -30,7 +30,7 @@ public:
     static constexpr const char* name = "WQVUpdateProgram";
 
     /** @param instanceToUse  the first one, which others ask to raise the window; outlives this object; null for none */
-    explicit Application (HidServiceMaker makerToUse, const SingleInstance* instanceToUse = nullptr);
+    explicit Application (HidServiceMaker makerToUse, SingleInstance* instanceToUse = nullptr);
     ~Application() override;
 
     /** Opens the window. Without a display it says so on standard error instead, and the exit status is 1. */
@@ -49,10 +49,8 @@ public:
     void anotherInstanceStarted (const juce::String& commandLine) override;
 
 private:
-    void answerInstances();
-
     HidServiceMaker makeHidService;
-    const SingleInstance* const instance;
+    SingleInstance* const instance;
     std::unique_ptr<HidService> hidService;
     std::unique_ptr<MainWindow> mainWindow;
     std::unique_ptr<DisplayEvents> displayEvents;

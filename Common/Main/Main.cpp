@@ -14,14 +14,13 @@ namespace
 /** Held until the process ends, since a window that is gone may still have a write to wait for. */
 wqv::SingleInstance& thisInstance()
 {
-    const auto* const display = std::getenv ("DISPLAY"); // NOLINT (concurrency-mt-unsafe): nothing changes it
-    static wqv::SingleInstance instance (wqv::Application::name, display != nullptr ? display : "");
+    static wqv::SingleInstance instance (wqv::Application::name);
     return instance;
 }
 
 juce::JUCEApplicationBase* createApplication()
 {
-    const auto& instance = thisInstance();
+    auto& instance = thisInstance();
     return new wqv::Application ([] { return std::make_unique<wqv::LinuxHidService>(); },
                                  instance.descriptor() >= 0 ? &instance : nullptr);
 }
@@ -41,9 +40,6 @@ int main (int argc, char* argv[])
         std::cerr << wqv::Application::name << ": it is running already, but does not answer\n";
         return EXIT_FAILURE;
     }
-
-    if (start == Start::unguarded)
-        std::cerr << wqv::Application::name << ": cannot tell whether it is running already\n";
 
     juce::JUCEApplicationBase::createInstance = &createApplication;
     return juce::JUCEApplicationBase::main (argc, const_cast<const char**> (argv));
