@@ -3,11 +3,14 @@
 
 #pragma once
 
+#include <juce_gui_basics/juce_gui_basics.h>
+
 namespace wqv
 {
 
-/** Asks the window manager to put a window onto the current desktop, over a connection of its own. Where there are no
-    several desktops, or no window manager, nothing happens. Does not wait for it to happen. */
-void bringToCurrentDesktop (unsigned long window);
+/** Asks the window manager to put a window onto the current desktop. Where there are no several desktops, or no window manager,
+    nothing happens. Does not wait for it to happen. Message thread only.
+    @param window  a component on the desktop */
+void bringToCurrentDesktop (const juce::Component& window);
 
 } // namespace wqv
