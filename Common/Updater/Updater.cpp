@@ -123,27 +123,20 @@ void Updater::handleAsyncUpdate()
     if (currentStatus == UPDATER_STATUS_START)
         return;
 
-    std::int32_t requested = noRequest;
-
-    {
-        const juce::ScopedLock guard (lock);
-        std::swap (requested, pendingStatus);
-    }
-
-    if (requested != noRequest)
-        updateSequence (static_cast<UpdaterStatus_t> (requested));
+    applyRequest (UPDATER_STATUS_NOT_CONNECTED);
 }
 
-/** Applies what the worker has asked for, if it has, before a device event is judged: the event then meets the status
-    of a running update, wakes the worker, and does not overwrite the request. */
-void Updater::applyWorkersRequest()
+/** Applies the status that was asked for last, unless it is below @p lowest. Only the worker asks for "updating" and above;
+    a device event has these applied before it is judged, so that it meets the status of a running update, wakes the
+    worker, and does not overwrite what the worker has asked for. */
+void Updater::applyRequest (UpdaterStatus_t lowest)
 {
-    std::int32_t requested = noRequest;
+    auto requested = noRequest;
 
     {
         const juce::ScopedLock guard (lock);
 
-        if (pendingStatus >= UPDATER_STATUS_UPDATING)
+        if (pendingStatus >= lowest)
             std::swap (requested, pendingStatus);
     }
 
@@ -202,7 +195,7 @@ void Updater::quitSequence()
 /** The controller went away or came back: the worker's business if there is one, else that of the screen. */
 void Updater::deviceChanged (std::int32_t version, UpdaterStatus_t requested)
 {
-    applyWorkersRequest();
+    applyRequest (UPDATER_STATUS_UPDATING);
     versionOfDevice = version;
 
     // A worker that has not yet asked for "updating" is about to, and what it asks for must not be overwritten.
@@ -224,7 +217,7 @@ void Updater::matchingCallBack()
 
 void Updater::inputCallBack()
 {
-    applyWorkersRequest();
+    applyRequest (UPDATER_STATUS_UPDATING);
 
     if (const auto report = engine->hidCtrl.inputReport(); ! report.empty())
         engine->mailbox.store (report, currentStatus == UPDATER_STATUS_UPDATING);

@@ -90,7 +90,7 @@ private:
     void post (UpdaterStatus_t requested);
     void askForTurn();
     void takeTurn();
-    void applyWorkersRequest();
+    void applyRequest (UpdaterStatus_t lowest);
     void leaveFirstScreen();
     void startUpdate();
     void quitSequence();
