@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The checksums that protect an update package, and the hexadecimal digits in it.
+// The CRC-32 and CRC-16 that protect an update package.
 
 #pragma once
 
@@ -54,8 +54,5 @@ inline constexpr CrcTable crcTable = initCRC32();
     The check value over "123456789" is 0x31C3. No bytes give 0. The upper half of the result is 0.
 */
 [[nodiscard]] std::uint32_t calcCRC16 (std::span<const std::uint8_t> data);
-
-/** The value of one ASCII hexadecimal digit of either case, in any locale; 0 for every other byte. */
-[[nodiscard]] std::uint8_t ConvertAsciiToHex (std::uint8_t character);
 
 } // namespace wqv

@@ -3,6 +3,8 @@
 
 #include "PackageReader.h"
 
+#include "HexDigit.h"
+
 #include <algorithm>
 #include <string_view>
 
