@@ -4,6 +4,7 @@
 #include "PackageReader.h"
 
 #include "HexDigit.h"
+#include "LittleEndian.h"
 
 #include <algorithm>
 #include <string_view>
@@ -26,16 +27,6 @@ std::array<std::uint8_t, count> field (std::span<const std::uint8_t, extent> byt
     std::array<std::uint8_t, count> copy {};
     std::ranges::copy (bytes.template subspan<offset, count>(), copy.begin());
     return copy;
-}
-
-std::uint32_t littleEndian (std::span<const std::uint8_t> bytes)
-{
-    std::uint32_t value = 0;
-
-    for (std::size_t i = 0; i < bytes.size(); ++i)
-        value |= static_cast<std::uint32_t> (bytes[i]) << (8 * i);
-
-    return value;
 }
 
 upd_header_t parseHeader (std::span<const std::uint8_t, upd_header_t::fileSize> bytes)

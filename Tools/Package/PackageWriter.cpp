@@ -3,6 +3,7 @@
 
 #include "PackageWriter.h"
 
+#include "LittleEndian.h"
 #include "PackageReader.h"
 
 #include <algorithm>
@@ -66,10 +67,10 @@ void appendFree (Bytes& file, std::size_t count)
     file.resize (file.size() + count);
 }
 
-void appendLittleEndian (Bytes& file, std::uint32_t value, unsigned bytes)
+void appendLittleEndian (Bytes& file, std::uint32_t value, std::size_t count)
 {
-    for (unsigned i = 0; i < bytes; ++i)
-        file.push_back (static_cast<std::uint8_t> (value >> (8 * i)));
+    appendFree (file, count);
+    putLittleEndian (std::span (file).last (count), value);
 }
 
 void appendHeader (Bytes& file, const upd_header_t& header)
