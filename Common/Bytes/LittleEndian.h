@@ -14,8 +14,8 @@ namespace wqv
 {
     std::uint32_t value = 0;
 
-    for (auto byte = bytes.rbegin(); byte != bytes.rend(); ++byte)
-        value = (value << 8) | *byte;
+    for (auto i = bytes.size(); i-- > 0;)
+        value = (value << 8) | bytes[i];
 
     return value;
 }

@@ -9,6 +9,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 
 namespace wqv
@@ -38,6 +39,10 @@ struct upd_header_t
 {
     static constexpr std::size_t fileSize = 28;
 
+    static constexpr std::array<std::uint8_t, 4> rightMagic { 'U', 'P', 'D', ' ' };
+    static constexpr std::array<std::uint8_t, 4> rightFormatVersion { '0', '1', '0', '0' };
+    static constexpr std::array<std::uint8_t, 8> rightProductCode { 'W', 'Q', 'V', 'K', 'R', 'V', '2', '0' };
+
     std::array<std::uint8_t, 4> magic {};
     std::array<std::uint8_t, 4> formatVersion {};
     std::array<std::uint8_t, 8> productCode {};
@@ -57,6 +62,9 @@ struct firmware_header_t
     std::uint8_t keyIndex = 0;
     std::uint32_t size = 0; ///< bytes of data, without padding
 };
+
+/** The CRC-32 at the end of the file takes this many bytes. */
+inline constexpr std::size_t checksumSize = 4;
 
 /** The bytes between a block's data and its padding's end: 0 to 3, to a multiple of 4. */
 [[nodiscard]] constexpr std::uint64_t paddingOf (std::uint32_t size)
@@ -85,7 +93,7 @@ public:
 
     /** Whether the file is long enough for a header and its CRC-32 is right: over the whole file, whose last four bytes
         are the CRC-32 of the rest, the register ends at 0. */
-    [[nodiscard]] PackageFault checkFile() const;
+    [[nodiscard]] PackageFault checkFile();
 
     /** Reads the header: version, block count, a total size of 0. Only tooShort leaves @p info as it was. */
     [[nodiscard]] PackageFault readHeader (upd_info_t& info);
@@ -97,14 +105,24 @@ public:
     /** Whether another block can be read: the last one lay inside the file. */
     [[nodiscard]] bool canGoOn() const { return ! lost; }
 
-    /** The byte offset in the file of what was found wrong last; without a fault, of the next block. */
+    /** The byte offset in the file of what was found wrong last. */
     [[nodiscard]] std::uint64_t offset() const { return faultOffset; }
+
+    /** The header as it stands in the file, once it was read. */
+    [[nodiscard]] const upd_header_t& fileHeader() const { return header; }
+
+    /** The header of the last block that readBlock() was called for; none if the file ends before that header does. */
+    [[nodiscard]] const std::optional<firmware_header_t>& lastBlockHeader() const { return blockHeader; }
+
+    /** The byte offset in the file of the next block, or of what follows the last one. */
+    [[nodiscard]] std::size_t nextBlock() const { return position; }
 
 private:
     PackageFault fault (PackageFault what, std::uint64_t where);
 
     std::span<const std::uint8_t> file;
     upd_header_t header;
+    std::optional<firmware_header_t> blockHeader;
     std::size_t position = 0;
     std::uint64_t faultOffset = 0;
     bool lost = false;

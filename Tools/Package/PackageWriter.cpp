@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <string_view>
 
 namespace wqv
 {
@@ -16,14 +15,6 @@ namespace
 {
 
 using Bytes = std::vector<std::uint8_t>;
-
-template <std::size_t count>
-std::array<std::uint8_t, count> ascii (std::string_view text)
-{
-    std::array<std::uint8_t, count> bytes {};
-    std::ranges::transform (text, bytes.begin(), [] (char c) { return static_cast<std::uint8_t> (c); });
-    return bytes;
-}
 
 /** The last four digits of @p number, most significant first. */
 std::array<std::uint8_t, 4> digits (unsigned number, unsigned base)
@@ -40,9 +31,9 @@ upd_header_t headerOf (const PackageDescription& package)
 {
     const auto version = digits (package.version, 10);
 
-    return { .magic = ascii<4> ("UPD "),
-             .formatVersion = ascii<4> ("0100"),
-             .productCode = ascii<8> ("WQVKRV20"),
+    return { .magic = upd_header_t::rightMagic,
+             .formatVersion = upd_header_t::rightFormatVersion,
+             .productCode = upd_header_t::rightProductCode,
              .versionDigits = { version[1], version[2], version[3], 0 },
              .blockCount = static_cast<std::uint8_t> (package.blocks.size()) };
 }
