@@ -84,7 +84,7 @@ Answer ResponseMailbox::wait (std::chrono::milliseconds limit, const std::functi
     else
     {
         if (std::exchange (interrupted, false) || stopped)
-            answer = { .signalled = true };
+            answer = { .signalled = true, .interrupted = true };
 
         signalled = false;
     }

@@ -70,6 +70,11 @@ std::int32_t Updater::packageVersion() const
     return engine->upd_info.version;
 }
 
+const UpdateFailure& Updater::failure() const
+{
+    return engine->worker.failure();
+}
+
 void Updater::updateSequence (UpdaterStatus_t next)
 {
     const auto isFinal = currentStatus == UPDATER_STATUS_COMPLETE || currentStatus == UPDATER_STATUS_ERROR;

@@ -17,6 +17,7 @@ namespace wqv
 {
 
 class HidService;
+struct UpdateFailure;
 
 /** Model and controller of the program: the one place where the status changes.
 
@@ -72,6 +73,10 @@ public:
 
     /** How far the update is, 0.0 to 1.0, by the controller's own figure; not clamped. */
     [[nodiscard]] double progress() const { return progressOfUpdate; }
+
+    /** Why the update failed, in UPDATER_STATUS_ERROR; no cause if it could not be started, or was left at its very end.
+        The window does not show it. */
+    [[nodiscard]] const UpdateFailure& failure() const;
 
     /** The user presses the affirming button: leaves the first screen, starts the update, or ends the program. */
     void confirm();

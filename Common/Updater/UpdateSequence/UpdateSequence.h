@@ -6,6 +6,7 @@
 #include "PackageRecords.h"
 #include "Requests.h"
 #include "Responses.h"
+#include "UpdateFailure.h"
 
 #include <chrono>
 #include <cstdint>
@@ -18,6 +19,9 @@ struct Answer
 {
     /** Whether anything came before the limit: an answer, or the news that the controller went away or came back. */
     bool signalled = false;
+
+    /** What came was an interruption, or the wait was ended by a stop: code and value are no answer. */
+    bool interrupted = false;
 
     /** Byte 0 of the last report; none after an interruption. Without a signal, what lay there before. */
     ResponseCode code = ResponseCode::none;
@@ -34,12 +38,12 @@ struct Answer
 class UpdateSequence
 {
 public:
-    /** The four things that the conversation needs, and a word from whoever wants it to end. */
+    /** What the conversation needs: to send, to wait, to pause, to report progress, and to hear when it is to end. */
     class Link
     {
     public:
         /** Sends one request. Whether it arrives only the answer tells.
-            @returns false when the system did not take it, which matters only while leaving */
+            @returns false when the system did not take it: the host waits for an answer all the same */
         virtual bool send (const Request& request) = 0;
 
         /** Waits for the controller and takes its signal, so that the next wait waits for the next one. */
@@ -79,6 +83,9 @@ public:
     */
     [[nodiscard]] bool run();
 
+    /** Why run() returned false. */
+    [[nodiscard]] const UpdateFailure& failure() const { return firstFailure; }
+
     /** Takes a printf-style message and its arguments. Diagnostic output is switched off: it writes nothing. */
     template <typename... Arguments>
     static void LogPrintf (const char* /*format*/, const Arguments&... /*arguments*/)
@@ -92,6 +99,7 @@ private:
     bool exchange (const Request& request, std::chrono::milliseconds limit);
     bool awaitAnswer (std::chrono::milliseconds limit);
     [[nodiscard]] bool isLateModeAnswer();
+    bool fail (UpdateFailure what);
     void showPercentage();
 
     [[nodiscard]] int sendUpdateMode();
@@ -108,6 +116,8 @@ private:
     const FirmwareBlocks& fw_info;
 
     Answer answer;
+    std::chrono::milliseconds waited {}; ///< for that answer
+    UpdateFailure firstFailure;
     double percent = 0.0;    ///< the last figure of the data phase, 0 to 100
     int modeAnswersOwed = 0; ///< requests to enter update mode that were not answered yet
     RequestCode lastRequest = RequestCode::enterUpdateMode;
