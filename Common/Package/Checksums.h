@@ -41,7 +41,7 @@ inline constexpr CrcTable crcTable = initCRC32();
     The check value over the nine ASCII bytes "123456789" is 0x0376E6E7. Run over a message and its own CRC, most
     significant byte first, the result is 0.
 
-    @returns 0 for a null pointer, 0xFFFFFFFF for no bytes at another place
+    @returns 0 for a null pointer; 0xFFFFFFFF for no bytes at any other address
 */
 [[nodiscard]] std::uint32_t calcCRC32 (std::span<const std::uint8_t> data);
 

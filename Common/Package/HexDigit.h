@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The value of a hexadecimal digit, as the ids of blocks are written with them.
+// The value of a hexadecimal digit: the ids of blocks are written in these.
 
 #pragma once
 

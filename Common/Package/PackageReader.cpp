@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Headers are views of a fixed extent, so the compiler checks every offset in them; all other offsets are checked here.
+// Reads the headers and blocks of a package. The compiler checks the offsets in a header, as its length is fixed; all
+// others are checked here.
 
 #include "PackageReader.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Loading a package: the file, the checks in their order, the first fault.
+// Loads a package file: reads it whole and checks it, up to the first fault.
 
 #include "UpdatePackage.h"
 

@@ -32,7 +32,7 @@ public:
         /** Asks for a status; called on the worker's thread. */
         std::function<void (UpdaterStatus_t)> post;
 
-        /** Asks that the mailbox be told when the message thread has read all that there is; called on the worker's thread. */
+        /** Asks the message thread to tell the mailbox when it has read all there is; called on the worker's thread. */
         std::function<void()> askForTurn;
     };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The status machine, and what it drives.
+// The changes of status: what the user, the worker and the controller lead to.
 
 #include "Updater.h"
 
@@ -21,7 +21,7 @@ constexpr std::int32_t noRequest = -1;
 
 } // namespace
 
-/** The parts in the order of their life: the worker, which uses all others, goes first. */
+/** The parts, in the order in which they are made. The worker, which uses all others, is deleted first. */
 struct Updater::Engine final : HidHandler
 {
     explicit Engine (Updater& updater) : owner (updater) {}
@@ -50,12 +50,12 @@ Updater::Updater (Host hostToUse, Listener& listenerToUse)
       pendingStatus (noRequest),
       engine (std::make_unique<Engine> (*this))
 {
-    // Where nobody knows the folder no other one will do: a bare name would be looked for in the current directory.
+    // If the folder is not known there is no package: a bare name would be looked for in the current directory.
     const auto package = host.folder.empty() ? std::filesystem::path() : host.folder / packageFileName;
     const auto result = checkUPD (package, engine->upd_info, engine->fw_info);
     packageIsValid = isPackageValid (result, engine->upd_info);
 
-    // Without a session there is never a controller, and that is what the screen then says.
+    // Without a session there is never a controller, and the screen then says so.
     std::ignore = engine->hidCtrl.initialize (*engine, packageIsValid ? 1 : 0);
 }
 
@@ -82,7 +82,7 @@ void Updater::updateSequence (UpdaterStatus_t next)
     if (currentStatus != UPDATER_STATUS_START && (! packageIsValid || isFinal))
         return;
 
-    // Whoever leaves an update has not waited for its outcome.
+    // An update that the user leaves is never shown as complete.
     currentStatus = isLeaving && next == UPDATER_STATUS_COMPLETE ? UPDATER_STATUS_ERROR : next;
 
     if (currentStatus != UPDATER_STATUS_UPDATING)
@@ -101,8 +101,8 @@ void Updater::post (UpdaterStatus_t requested)
     triggerAsyncUpdate();
 }
 
-/** Called by the worker. One round of the message loop may deal with this before it reads what the controller has sent, but
-    the round after that has read it. */
+/** Called by the worker. One round of the message loop may deal with this before it reads what the controller has sent,
+    but the round after that has read it. */
 void Updater::askForTurn()
 {
     turnsWanted = 2;
@@ -131,9 +131,9 @@ void Updater::handleAsyncUpdate()
     applyRequest (UPDATER_STATUS_NOT_CONNECTED);
 }
 
-/** Applies the status that was asked for last, unless it is below @p lowest. Only the worker asks for "updating" and above;
-    a device event has these applied before it is judged, so that it meets the status of a running update, wakes the
-    worker, and does not overwrite what the worker has asked for. */
+/** Applies the status that was asked for last, unless it is below @p lowest. Only the worker asks for "updating" and
+    above; a device event has these applied before it is judged, so that it meets the status of a running update, wakes
+    the worker, and does not overwrite what the worker has asked for. */
 void Updater::applyRequest (UpdaterStatus_t lowest)
 {
     auto requested = noRequest;
@@ -180,7 +180,7 @@ void Updater::leaveFirstScreen()
 
 void Updater::startUpdate()
 {
-    // A second press before "updating" is applied must not take away the first answer's signal.
+    // A second press, before "updating" is applied, must not delete the signal of the first answer.
     if (isLeaving || engine->worker.isThreadRunning())
         return;
 
@@ -197,7 +197,7 @@ void Updater::quitSequence()
     host.quit();
 }
 
-/** The controller went away or came back: the worker's business if there is one, else that of the screen. */
+/** The controller went away or came back: a worker that runs is told; otherwise the screen changes. */
 void Updater::deviceChanged (std::int32_t version, UpdaterStatus_t requested)
 {
     applyRequest (UPDATER_STATUS_UPDATING);

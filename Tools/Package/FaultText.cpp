@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The only place where a PackageFault gets its wording.
+// The words for each fault of a package, and for versions.
 
 #include "FaultText.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The loader's own reader does the reading; this collects what the records leave out.
+// Collects everything that a package says, by the reader that the loader uses too.
 
 #include "Inspection.h"
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// POSIX calls: only they can refuse an existing name, wait for the disk and tell "not there" from all other errors.
+// Writes a file whole or not at all, by POSIX calls: only they wait for the disk, and tell "not there" from other
+// errors.
 
 #include "OutputFile.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A package is written field by field, front to back; the headers' own types give the scrambling key its input.
+// Writes a package field by field, from front to back, and finds what speaks against a description.
 
 #include "PackageWriter.h"
 

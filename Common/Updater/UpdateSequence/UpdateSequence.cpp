@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The conversation, in the order of docs/protocol.md.
+// The conversation of one update, step by step in the order of docs/protocol.md.
 
 #include "UpdateSequence.h"
 
@@ -26,7 +26,7 @@ bool UpdateSequence::run()
     if (sendUpdateMode() != 0 || ! sendSummary())
         return false;
 
-    // A controller that a block failed on is still told that the update is over; its answer makes nothing good.
+    // After a failed block, too, the controller is told that the update is over; its answer then changes nothing.
     const auto allBlocksSent = sendBlocks();
     const auto finished = pollUntilFinished();
 
@@ -139,12 +139,12 @@ bool UpdateSequence::pollUntilFinished()
     return fail ({ .request = RequestCode::finish, .expected = ResponseCode::updateFinished });
 }
 
-/** Tells a controller that was left in the middle of a block that the update is over. Only a stop leaves it there. */
+/** Tells the controller that the update is over if the last request was about a block: only a stop ends there. */
 void UpdateSequence::sayFarewell()
 {
     const auto inBlock = lastRequest == RequestCode::blockHeader || lastRequest == RequestCode::blockData;
 
-    // A controller that did not take the last report would only hold the host for as long again.
+    // A controller that did not take the last report would only make the host wait for this one too.
     if (inBlock && lastRequestTaken)
         link.send (finishRequest());
 }
@@ -158,7 +158,7 @@ bool UpdateSequence::isAutoUpdateModeSupported()
     return true;
 }
 
-/** One request and the wait for what comes of it; whether anything came. */
+/** Sends a request and waits. @returns whether anything came */
 bool UpdateSequence::exchange (const Request& request, std::chrono::milliseconds limit)
 {
     if (link.stopRequested())

@@ -71,13 +71,13 @@ public:
     /** Enters update mode, sends the summary, each enabled block's header and data, and polls until the controller has
         finished; the limits are those of timeLimits.
 
-        Four rules are deliberate. While entering update mode a time-out still judges the last report. A slow controller
-        may answer each of several requests to enter it: what of that comes in a later step is passed over. A block whose
-        header gets any real answer other than the accepting one is left out without a failure. And nothing but the
-        first and the last kind of request is ever sent twice.
+        Four rules are deliberate. When a request to enter update mode is not answered in time, the last report is
+        judged nevertheless. A slow controller may answer each of several such requests; a later step passes over such
+        an answer. A block is left out, which is no failure, if its header gets any real answer but the accepting one.
+        And only the first and the last kind of request are ever sent twice.
 
-        Once a stop is requested no request leaves any more, but one finish request, not waited for, if a block had been
-        announced and the controller still takes reports.
+        Once a stop is requested nothing more is sent, with one exception: if a block had been announced and the
+        controller still takes reports, one finish request, whose answer is not waited for.
 
         @returns whether the controller confirmed the end of an update in which nothing failed
     */
@@ -86,13 +86,14 @@ public:
     /** Why run() returned false. */
     [[nodiscard]] const UpdateFailure& failure() const { return firstFailure; }
 
-    /** Takes a printf-style message and its arguments. Diagnostic output is switched off: it writes nothing. */
+    /** Takes a printf-style message and writes nothing. Kept for those who build on this class. */
     template <typename... Arguments>
     static void LogPrintf (const char* /*format*/, const Arguments&... /*arguments*/)
     {
     }
 
-    /** Whether the controller signals ten times in a row without a gap of a second. The update does not ask this. */
+    /** Whether the controller signals ten times in a row without a gap of a second. Kept for those who build on this
+        class; the update does not ask. */
     [[nodiscard]] bool isAutoUpdateModeSupported();
 
 private:
@@ -118,13 +119,14 @@ private:
     Answer answer;
     std::chrono::milliseconds waited {}; ///< for that answer
     UpdateFailure firstFailure;
-    double percent = 0.0;    ///< the last figure of the data phase, 0 to 100
+    double percent = 0.0;    ///< the last figure of the data phase, 0 to 100; kept, nothing here reads it
     int modeAnswersOwed = 0; ///< requests to enter update mode that were not answered yet
     RequestCode lastRequest = RequestCode::enterUpdateMode;
     bool lastRequestTaken = true;
 };
 
-/** @p base to the power of @p exponent, wrapping on overflow; 1 for an exponent of 0 or less. */
+/** @p base to the power of @p exponent, modulo 2^32; 1 for an exponent of 0 or less. Kept for those who build on
+    this. */
 [[nodiscard]] std::int32_t beki (std::int32_t base, std::int32_t exponent);
 
 } // namespace wqv
