@@ -133,6 +133,7 @@ TEST (Scenarios, theFirstFailureIsNamed)
         UpdateFailure failure;
         std::size_t stopAt = any;
         std::vector<int> sizes = sampleSizes;
+        std::vector<std::uint8_t> before {};
     };
 
     // clang-format off
@@ -143,6 +144,7 @@ TEST (Scenarios, theFirstFailureIsNamed)
         { "silent@1-15", { noAnswer,    Request::enterUpdateMode, 0, 0, Response::updateMode,      {}, 0, 10s } },
         { "notYet@1-15", { wrongAnswer, Request::enterUpdateMode, 0, 0, Response::updateMode,      Response::updateMode, 0 } },
         { "refuse@1",    { wrongAnswer, Request::enterUpdateMode, 0, 0, Response::updateMode,      Response::updateMode, 2 } },
+        { "silent@1",    { wrongAnswer, Request::enterUpdateMode, 0, 0, Response::updateMode,      Response::updateMode, 2, 10s }, any, { 5 }, { 0xF6, 2 } },
         { "unplug@1",    { notSent,     Request::enterUpdateMode, 0, 0, Response::updateMode,      {}, 0, 10s } },
         { "unplug@2",    { interrupted, Request::packageSummary,  0, 0, Response::summaryAccepted } },
         { "hold@3",      { notSent,     Request::blockHeader,     1, 0, Response::ready,           {}, 0, 10s } },
@@ -156,11 +158,12 @@ TEST (Scenarios, theFirstFailureIsNamed)
     };
     // clang-format on
 
-    for (const auto& [faults, expected, stopAt, sizes] : cases)
+    for (const auto& [faults, expected, stopAt, sizes, before] : cases)
     {
         SCOPED_TRACE (testing::Message() << faults << ' ' << stopAt);
         Conversation update (sizes, *parseFaultScript (faults));
         update.link.stopAt = stopAt;
+        update.link.mailbox.store (before, false);
 
         UpdateSequence sequence (update.link, update.info, update.blocks);
         EXPECT_EQ (sequence.run(), expected.cause == none);
