@@ -3,6 +3,8 @@
 
 #include "ReportDescriptor.h"
 
+#include "LittleEndian.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -20,16 +22,6 @@ constexpr std::uint8_t outputItem = 0x90;
 constexpr std::uint8_t reportSizeItem = 0x74;
 constexpr std::uint8_t reportIdItem = 0x84;
 constexpr std::uint8_t reportCountItem = 0x94;
-
-std::uint32_t littleEndian (std::span<const std::uint8_t> bytes)
-{
-    std::uint32_t value = 0;
-
-    for (std::size_t i = bytes.size(); i-- > 0;)
-        value = (value << 8) | bytes[i];
-
-    return value;
-}
 
 using BitsOfReports = std::array<std::uint64_t, 256>; ///< by report id
 

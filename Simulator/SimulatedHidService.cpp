@@ -131,9 +131,6 @@ HidService::Opened SimulatedHidService::open (HidDeviceId device, ReportBuffer& 
     if (slot == slots.end())
         return { .result = OpenResult::gone, .connection = nullptr };
 
-    if (openResult != OpenResult::ok)
-        return { .result = openResult, .connection = nullptr };
-
     slot->second.buffer = &buffer;
     return { .result = OpenResult::ok, .connection = std::make_shared<Connection> (*this, device) };
 }

@@ -42,9 +42,6 @@ public:
     /** Makes a device send a report, now. */
     void deliver (HidDeviceId device, std::span<const std::uint8_t> report);
 
-    /** What open() answers for a device that is there. */
-    void setOpenResult (OpenResult result) { openResult = result; }
-
     [[nodiscard]] std::vector<HidDevice> devices() override;
     void setListener (Listener* newListener) override;
     [[nodiscard]] Opened open (HidDeviceId device, ReportBuffer& buffer) override;
@@ -76,7 +73,6 @@ private:
     void timerCallback() override { playEvents(); }
 
     Listener* listener = nullptr;
-    OpenResult openResult = OpenResult::ok;
     HidDeviceId lastId = 0;
 
     std::mutex lock; ///< guards what follows, and every virtual controller

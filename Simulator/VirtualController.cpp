@@ -4,9 +4,9 @@
 #include "VirtualController.h"
 
 #include "Checksums.h"
+#include "LittleEndian.h"
 
 #include <algorithm>
-#include <numeric>
 #include <tuple>
 #include <utility>
 
@@ -17,14 +17,6 @@ namespace
 
 constexpr std::uint8_t refusal = 2;
 constexpr int reportsWhileErasing = 3;
-
-std::uint32_t littleEndian (std::span<const std::uint8_t> bytes)
-{
-    return std::accumulate (bytes.rbegin(),
-                            bytes.rend(),
-                            std::uint32_t { 0 },
-                            [] (std::uint32_t value, std::uint8_t byte) { return (value << 8) | byte; });
-}
 
 /** Whether an answer lets the host go on from a request. */
 bool agrees (ResponseCode answer, RequestCode request)

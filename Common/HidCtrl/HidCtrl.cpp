@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The session's state: no device, connected, request sent.
+// The device session: what each event of the device does to its state (no device, connected, request sent).
 
 #include "HidCtrl.h"
 
@@ -41,7 +41,7 @@ bool HidCtrl::initialize (HidHandler& handler, std::int32_t mode)
 
 void HidCtrl::finalize()
 {
-    // First, so that no event of the transport's own end reaches the handler.
+    // First, so that the handler hears nothing of the transport's end.
     m_handler = nullptr;
     m_hidUtil.reset();
 }
@@ -64,7 +64,7 @@ std::uint32_t HidCtrl::deviceInput (std::span<std::uint8_t> buffer) const
 
 bool HidCtrl::setData (std::span<const std::uint8_t> report)
 {
-    // A removal on the message thread may come in between, and must not be undone by "request sent".
+    // The message thread may just have noted a removal, which "request sent" must not overwrite.
     auto seen = static_cast<std::int32_t> (connected);
     m_state.compare_exchange_strong (seen, requestSent);
 
@@ -87,7 +87,7 @@ void HidCtrl::matchingCallBack()
 
 void HidCtrl::removalCallBack()
 {
-    // Taken away before the look around, so that a request that another thread sends meanwhile is refused.
+    // The state changes before the search, so that a request that another thread sends meanwhile is refused.
     if (m_state.exchange (noDevice) == connected && m_hidUtil->deviceMatching())
     {
         matchingCallBack();
@@ -107,7 +107,7 @@ void HidCtrl::inputCallBack()
     ReportBuffer report;
     const auto length = deviceInput (report);
 
-    // The rest of the session's copy stays as it was: only the length tells how far the report goes.
+    // What lies behind the report stays as it was: the length tells where the report ends.
     std::copy_n (report.begin(), length, m_inputBuffer.begin());
     m_inputLength = length;
 

@@ -17,7 +17,8 @@ namespace wqv
 
 /** The one object through which the rest of the program talks to the controller.
 
-    Message thread, but setData, deviceOutput and state, which any thread may call between initialize and finalize.
+    Message thread, except for setData, deviceOutput and state: any thread may call these between initialize and
+    finalize.
 */
 class HidCtrl final : public HidHandler
 {
@@ -50,7 +51,7 @@ public:
         sending. */
     void finalize();
 
-    /** Looks for the controller, if none is held; whether one is. */
+    /** Looks for the controller unless one is held. @returns whether one is held now */
     [[nodiscard]] bool deviceMatching();
 
     /** The firmware version of the device that the transport holds, as a decimal number; 0 without one. */
@@ -60,8 +61,8 @@ public:
         @returns the bytes copied; 0 for an empty buffer or without a device */
     [[nodiscard]] std::uint32_t deviceInput (std::span<std::uint8_t> buffer) const;
 
-    /** Sends one output report: the normal way, after which a removal always ends the session. Any thread; may wait as
-        HidConnection::send does.
+    /** Sends one output report and notes that it did: from then on a removal is always told to the handler. Any thread;
+        may wait as HidConnection::send does.
         @returns false without a device or when the system did not take the report */
     [[nodiscard]] bool setData (std::span<const std::uint8_t> report);
 

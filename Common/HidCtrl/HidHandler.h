@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Who hears of the controller.
+// The interface of those who hear of the controller: removed, found, a report came.
 
 #pragma once
 

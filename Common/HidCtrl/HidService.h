@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The platform seam of the device link: everything that the program asks of a system's HID devices.
+// The interface that each system implements for its HID devices: list, watch, open, send.
 
 #pragma once
 
@@ -45,7 +45,8 @@ public:
     HidConnection& operator= (const HidConnection&) = delete;
     virtual ~HidConnection() = default;
 
-    /** Ends input: after this no report is written into the buffer or told of. Message thread; does not wait. */
+    /** Ends input: no report is written into the buffer any more, and the listener hears of none. Message thread; does
+        not wait. */
     virtual void stopInput() = 0;
 
     /** Sends one output report, with report id 0, and returns when the system has taken it or given up.

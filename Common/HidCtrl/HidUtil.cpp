@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The transport logic, the same over every system's HID service.
+// The transport: chooses among the devices of any system's HID service, opens one, sends and receives.
 
 #include "HidUtil.h"
 
@@ -17,7 +17,8 @@ namespace
 /** How long a request is, without its report id. */
 constexpr std::uint32_t requestLength = 128;
 
-/** Sorts the interfaces of one device by how much they lack to hold the conversation: first requests, then answers. */
+/** Sorts the interfaces of one device by what they lack for the conversation. A way for requests weighs more than one
+    for answers. */
 auto shortcomings (const HidDevice& device)
 {
     return std::tuple (device.outputReportLength != requestLength, device.inputReportLength == 0);
@@ -69,8 +70,8 @@ bool HidUtil::deviceMatching()
     if (m_pinstance != this)
         return false;
 
-    // Only for a search: a service tells of each new device by the list or by a callback, so a list that nobody searches
-    // would hide it.
+    // Only before a search: a service tells of each new device either in the list or by a callback, so nobody would see
+    // a device in a list that is not searched.
     if (! m_device && m_leaving != 0)
         rebuildDeviceList (std::exchange (m_leaving, 0));
 
@@ -192,7 +193,7 @@ bool HidUtil::checkID (const HidDevice& device)
     if (result != HidService::OpenResult::ok)
         return false;
 
-    // Opening takes time, in which another thread may have sent something.
+    // While it was being opened, another thread may have sent something to the device that is held.
     if (m_device && ! isBetterInterface (device))
     {
         connection->stopInput();

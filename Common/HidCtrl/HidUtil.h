@@ -18,7 +18,7 @@ namespace wqv
 
 /** Holds at most one matching device, and only one transport is active in the process at a time.
 
-    All operations are on the message thread, but deviceOutput, which any thread may call.
+    All operations are on the message thread, except for deviceOutput, which any thread may call.
 */
 class HidUtil final : private HidService::Listener
 {
@@ -38,15 +38,17 @@ public:
     */
     [[nodiscard]] bool initialize (HidHandler& handler, std::int32_t mode);
 
-    /** Drops the device and stops watching. Afterwards nobody is called back. Does nothing to another, active transport;
-        calling it twice is harmless. */
+    /** Drops the device and stops watching. Afterwards nobody is called back. Does nothing to another, active
+        transport; calling it twice is harmless. */
     void finalize();
 
-    /** Whether a matching device is held. If none is, looks for one first: the one with the lowest location wins, and of
-        the interfaces of one device the one that has a 128-byte output report and an input report, else the one with the
-        lowest number. From the first call on, attached devices are watched for; an interface that can hold the
-        conversation takes the place of one of the same device that cannot, even if something was sent there; of two that
-        are as good, the lower number does, as long as nothing was sent. */
+    /** Whether a matching device is held. If none is, looks for one first. The device with the lowest location wins; of
+        its interfaces, the one that has a 128-byte output report and an input report, and of equally good ones the one
+        with the lowest number.
+
+        From the first call on, devices that are attached later are watched for. An interface that fits the conversation
+        better takes the place of another one of the same device, even if something was sent to that one. One that fits
+        equally well, but has a lower number, does so only while nothing was sent. */
     [[nodiscard]] bool deviceMatching();
 
     /** The device's version number turned from BCD into decimal: 0x0105 gives 105, and digits above 9 just count as

@@ -3,6 +3,8 @@
 
 #include "ImageLoader.h"
 
+#include "LittleEndian.h"
+
 #include <algorithm>
 #include <cstddef>
 
@@ -16,16 +18,6 @@ constexpr std::size_t widthOffset = 30;
 constexpr std::size_t heightOffset = 38;
 constexpr std::size_t bitsPerPixelOffset = 48;
 constexpr std::size_t pixelsOffset = 98;
-
-std::uint32_t littleEndian (std::span<const std::uint8_t> bytes)
-{
-    std::uint32_t value = 0;
-
-    for (std::size_t i = bytes.size(); i-- > 0;)
-        value = (value << 8) | bytes[i];
-
-    return value;
-}
 
 /** 24 or 32 bits a pixel, rows from bottom to top, each padded down to a multiple of 4 bytes as (length + 3) & ~3. */
 juce::Image decodeBitmap (std::span<const std::uint8_t> bytes)

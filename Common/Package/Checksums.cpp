@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The CRCs, eight bytes a step: a package is checked while its owner waits for the window.
+// CRC-32 and CRC-16 by table, eight bytes a step, since a package is checked before the window appears.
 
 #include "Checksums.h"
 
@@ -65,22 +65,6 @@ std::uint32_t updateCRC32 (std::uint32_t crc, std::span<const std::uint8_t> data
 std::uint32_t calcCRC16 (std::span<const std::uint8_t> data)
 {
     return update (crc16Tables, 0, data) >> 16;
-}
-
-std::uint8_t ConvertAsciiToHex (std::uint8_t character)
-{
-    const auto offsetFrom = [character] (char first) { return static_cast<std::uint8_t> (character - first); };
-
-    if (character >= '0' && character <= '9')
-        return offsetFrom ('0');
-
-    if (character >= 'A' && character <= 'F')
-        return static_cast<std::uint8_t> (offsetFrom ('A') + 10);
-
-    if (character >= 'a' && character <= 'f')
-        return static_cast<std::uint8_t> (offsetFrom ('a') + 10);
-
-    return 0;
 }
 
 } // namespace wqv

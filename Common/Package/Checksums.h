@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The checksums that protect an update package, and the hexadecimal digits in it.
+// The CRC-32 and CRC-16 that protect an update package.
 
 #pragma once
 
@@ -41,7 +41,7 @@ inline constexpr CrcTable crcTable = initCRC32();
     The check value over the nine ASCII bytes "123456789" is 0x0376E6E7. Run over a message and its own CRC, most
     significant byte first, the result is 0.
 
-    @returns 0 for a null pointer, 0xFFFFFFFF for no bytes at another place
+    @returns 0 for a null pointer; 0xFFFFFFFF for no bytes at any other address
 */
 [[nodiscard]] std::uint32_t calcCRC32 (std::span<const std::uint8_t> data);
 
@@ -54,8 +54,5 @@ inline constexpr CrcTable crcTable = initCRC32();
     The check value over "123456789" is 0x31C3. No bytes give 0. The upper half of the result is 0.
 */
 [[nodiscard]] std::uint32_t calcCRC16 (std::span<const std::uint8_t> data);
-
-/** The value of one ASCII hexadecimal digit of either case, in any locale; 0 for every other byte. */
-[[nodiscard]] std::uint8_t ConvertAsciiToHex (std::uint8_t character);
 
 } // namespace wqv

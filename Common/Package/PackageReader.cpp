@@ -1,19 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Headers are views of a fixed extent, so the compiler checks every offset in them; all other offsets are checked here.
+// Reads the headers and blocks of a package. The compiler checks the offsets in a header, as its length is fixed; all
+// others are checked here.
 
 #include "PackageReader.h"
 
+#include "HexDigit.h"
+#include "LittleEndian.h"
+
 #include <algorithm>
-#include <string_view>
 
 namespace wqv
 {
 namespace
 {
-
-constexpr std::string_view expectedMagic = "UPD ";
-constexpr std::string_view expectedFormatVersion = "0100";
-constexpr std::string_view expectedProductCode = "WQVKRV20";
 
 /** Two unused bytes, then the CRC-16. */
 constexpr std::size_t blockTrailerSize = 4;
@@ -24,16 +23,6 @@ std::array<std::uint8_t, count> field (std::span<const std::uint8_t, extent> byt
     std::array<std::uint8_t, count> copy {};
     std::ranges::copy (bytes.template subspan<offset, count>(), copy.begin());
     return copy;
-}
-
-std::uint32_t littleEndian (std::span<const std::uint8_t> bytes)
-{
-    std::uint32_t value = 0;
-
-    for (std::size_t i = 0; i < bytes.size(); ++i)
-        value |= static_cast<std::uint32_t> (bytes[i]) << (8 * i);
-
-    return value;
 }
 
 upd_header_t parseHeader (std::span<const std::uint8_t, upd_header_t::fileSize> bytes)
@@ -53,11 +42,6 @@ firmware_header_t parseBlockHeader (std::span<const std::uint8_t, firmware_heade
              .encryptMark = bytes[13],
              .keyIndex = bytes[14],
              .size = littleEndian (bytes.subspan<20, 4>()) };
-}
-
-bool holds (std::span<const std::uint8_t> bytes, std::string_view text)
-{
-    return std::ranges::equal (bytes, text, [] (auto byte, auto c) { return byte == static_cast<std::uint8_t> (c); });
 }
 
 /** Bytes that are not digits just give another number: the version is judged as a whole, not digit by digit. */
@@ -98,12 +82,12 @@ PackageFault PackageReader::fault (PackageFault what, std::uint64_t where)
     return what;
 }
 
-PackageFault PackageReader::checkFile() const
+PackageFault PackageReader::checkFile()
 {
     if (file.size() < upd_header_t::fileSize)
-        return PackageFault::tooShort;
+        return fault (PackageFault::tooShort, file.size());
 
-    return calcCRC32 (file) == 0 ? PackageFault::none : PackageFault::fileChecksum;
+    return calcCRC32 (file) == 0 ? PackageFault::none : fault (PackageFault::fileChecksum, file.size() - checksumSize);
 }
 
 PackageFault PackageReader::readHeader (upd_info_t& info)
@@ -118,24 +102,25 @@ PackageFault PackageReader::readHeader (upd_info_t& info)
     info = { .totalSize = 0, .version = versionFrom (header.versionDigits), .blockCount = header.blockCount };
     lost = false;
 
-    if (! holds (header.magic, expectedMagic))
+    if (header.magic != upd_header_t::rightMagic)
         return fault (PackageFault::magic, 0);
 
-    if (! holds (header.formatVersion, expectedFormatVersion))
+    if (header.formatVersion != upd_header_t::rightFormatVersion)
         return fault (PackageFault::formatVersion, 4);
 
-    if (! holds (header.productCode, expectedProductCode))
+    if (header.productCode != upd_header_t::rightProductCode)
         return fault (PackageFault::productCode, 12);
 
     if (header.blockCount > maximumBlockCount)
         return fault (PackageFault::tooManyBlocks, 24);
 
-    return fault (PackageFault::none, position);
+    return PackageFault::none;
 }
 
 PackageFault PackageReader::readBlock (upd_info_t& info, fw_info_t& block)
 {
     const auto rest = file.subspan (position);
+    blockHeader.reset();
 
     if (rest.size() < firmware_header_t::fileSize)
     {
@@ -143,19 +128,19 @@ PackageFault PackageReader::readBlock (upd_info_t& info, fw_info_t& block)
         return fault (PackageFault::blockBeyondEnd, position);
     }
 
-    const auto blockHeader = parseBlockHeader (rest.first<firmware_header_t::fileSize>());
+    blockHeader = parseBlockHeader (rest.first<firmware_header_t::fileSize>());
     const auto body = rest.subspan (firmware_header_t::fileSize);
 
-    block = { .id = idFrom (blockHeader.idDigits),
-              .enabled = blockHeader.enableMark == 'Y',
-              .encrypted = blockHeader.encryptMark != 0,
-              .keyIndex = blockHeader.keyIndex,
-              .size = blockHeader.size,
+    block = { .id = idFrom (blockHeader->idDigits),
+              .enabled = blockHeader->enableMark == 'Y',
+              .encrypted = blockHeader->encryptMark != 0,
+              .keyIndex = blockHeader->keyIndex,
+              .size = blockHeader->size,
               .data = {},
               .crc16 = 0 };
 
     // 64 bits hold the sum of a 32-bit size and its padding.
-    const auto paddedSize = blockHeader.size + paddingOf (blockHeader.size);
+    const auto paddedSize = blockHeader->size + paddingOf (blockHeader->size);
 
     if (body.size() < blockTrailerSize || body.size() - blockTrailerSize < paddedSize)
     {
@@ -163,15 +148,15 @@ PackageFault PackageReader::readBlock (upd_info_t& info, fw_info_t& block)
         return fault (PackageFault::blockBeyondEnd, position);
     }
 
-    const auto data = body.first (blockHeader.size);
+    const auto data = body.first (blockHeader->size);
     const auto trailer = body.subspan (static_cast<std::size_t> (paddedSize)).first<blockTrailerSize>();
 
     block.data.assign (data.begin(), data.end());
     block.crc16 = static_cast<std::uint16_t> (littleEndian (trailer.subspan<2, 2>()));
-    info.totalSize += blockHeader.size;
+    info.totalSize += blockHeader->size;
 
     if (block.encrypted)
-        descramble (block.data, createEncryptionKey (crcTable, header, blockHeader));
+        descramble (block.data, createEncryptionKey (crcTable, header, *blockHeader));
 
     const auto trailerPosition = position + firmware_header_t::fileSize + static_cast<std::size_t> (paddedSize);
     position = trailerPosition + blockTrailerSize;
@@ -179,7 +164,7 @@ PackageFault PackageReader::readBlock (upd_info_t& info, fw_info_t& block)
     if (calcCRC16 (block.data) != block.crc16)
         return fault (PackageFault::blockChecksum, trailerPosition + 2);
 
-    return fault (PackageFault::none, position);
+    return PackageFault::none;
 }
 
 } // namespace wqv

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The package format, read piece by piece from bytes in memory; docs/package-format.md has its tables.
+// The reader of the package format, from bytes in memory, and all that can be wrong with them; docs/package-format.md
+// has the tables of the format.
 
 #pragma once
 
@@ -9,6 +10,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 
 namespace wqv
@@ -33,10 +35,14 @@ enum class PackageFault
     blockChecksum
 };
 
-/** The header of a package; every 4-byte text is kept as it stands in the file. */
+/** The header of a package, its texts as they stand in the file. */
 struct upd_header_t
 {
     static constexpr std::size_t fileSize = 28;
+
+    static constexpr std::array<std::uint8_t, 4> rightMagic { 'U', 'P', 'D', ' ' };
+    static constexpr std::array<std::uint8_t, 4> rightFormatVersion { '0', '1', '0', '0' };
+    static constexpr std::array<std::uint8_t, 8> rightProductCode { 'W', 'Q', 'V', 'K', 'R', 'V', '2', '0' };
 
     std::array<std::uint8_t, 4> magic {};
     std::array<std::uint8_t, 4> formatVersion {};
@@ -58,7 +64,10 @@ struct firmware_header_t
     std::uint32_t size = 0; ///< bytes of data, without padding
 };
 
-/** The bytes between a block's data and its padding's end: 0 to 3, to a multiple of 4. */
+/** The CRC-32 at the end of the file takes this many bytes. */
+inline constexpr std::size_t checksumSize = 4;
+
+/** How many bytes of padding follow a block's data: 0 to 3, up to a multiple of 4. */
 [[nodiscard]] constexpr std::uint64_t paddingOf (std::uint32_t size)
 {
     return (4 - size % 4) % 4;
@@ -75,36 +84,46 @@ void descramble (std::span<std::uint8_t> data, std::uint32_t key);
 
 /** Reads a package from bytes that stay where they are while the reader lives.
 
-    Total: any bytes whatsoever give records or a fault, and no size field is believed before it is checked. The header
-    comes first, then the blocks in order; a caller may go on after a fault as long as canGoOn() says so.
+    Any bytes whatsoever give records or a fault, and no size field is believed before it is checked. The header is to
+    be read first, then the blocks in order; a caller may go on after a fault as long as canGoOn() says so.
 */
 class PackageReader
 {
 public:
     explicit PackageReader (std::span<const std::uint8_t> file);
 
-    /** Whether the file is long enough for a header and its CRC-32 is right: over the whole file, whose last four bytes
-        are the CRC-32 of the rest, the register ends at 0. */
-    [[nodiscard]] PackageFault checkFile() const;
+    /** Checks that the file is long enough for a header, and the CRC-32 in its last four bytes: with these included,
+        the CRC-32 of the whole file is 0. */
+    [[nodiscard]] PackageFault checkFile();
 
-    /** Reads the header: version, block count, a total size of 0. Only tooShort leaves @p info as it was. */
+    /** Reads the header: version, block count, a total size of 0. After tooShort @p info is as it was. */
     [[nodiscard]] PackageFault readHeader (upd_info_t& info);
 
     /** Reads the next block into @p block and adds its size to the total of @p info. On blockChecksum the record is
         filled and the next block can be read; on blockBeyondEnd it holds what the block's header says, without data. */
     [[nodiscard]] PackageFault readBlock (upd_info_t& info, fw_info_t& block);
 
-    /** Whether another block can be read: the last one lay inside the file. */
+    /** Whether the next block can be read: all before it lay inside the file. */
     [[nodiscard]] bool canGoOn() const { return ! lost; }
 
-    /** The byte offset in the file of what was found wrong last; without a fault, of the next block. */
+    /** The byte offset in the file of what was found wrong last. */
     [[nodiscard]] std::uint64_t offset() const { return faultOffset; }
+
+    /** The header as it stands in the file, once it was read. */
+    [[nodiscard]] const upd_header_t& fileHeader() const { return header; }
+
+    /** The header of the last block that readBlock() was called for; none if the file ends before that header does. */
+    [[nodiscard]] const std::optional<firmware_header_t>& lastBlockHeader() const { return blockHeader; }
+
+    /** The byte offset in the file of the next block, or of what follows the last one. */
+    [[nodiscard]] std::size_t nextBlock() const { return position; }
 
 private:
     PackageFault fault (PackageFault what, std::uint64_t where);
 
     std::span<const std::uint8_t> file;
     upd_header_t header;
+    std::optional<firmware_header_t> blockHeader;
     std::size_t position = 0;
     std::uint64_t faultOffset = 0;
     bool lost = false;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the program keeps of an update package: a summary and one record a block.
+// What the program keeps of an update package: a summary, and a record for each block.
 
 #pragma once
 

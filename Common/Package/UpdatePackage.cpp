@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Loading a package: the file, the checks in their order, the first fault.
+// Loads a package file: reads it whole and checks it, up to the first fault.
 
 #include "UpdatePackage.h"
 
@@ -61,7 +61,7 @@ PackageVerdict parsePackage (std::span<const std::uint8_t> bytes, upd_info_t& in
     PackageReader reader (bytes);
 
     if (const auto fault = reader.checkFile(); fault != PackageFault::none)
-        return { fault, 0, fault == PackageFault::tooShort ? bytes.size() : bytes.size() - 4 };
+        return { fault, 0, reader.offset() };
 
     if (const auto fault = reader.readHeader (info); fault != PackageFault::none)
         return { fault, 0, reader.offset() };

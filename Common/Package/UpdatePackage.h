@@ -29,23 +29,24 @@ inline constexpr std::uint64_t maximumPackageSize = std::uint64_t { 1 } << 31;
 
 /** Loads a package and validates it: whole-file CRC-32, header, every block with its CRC-16.
 
-    Total: whatever lies at @p file (nothing, a directory, a FIFO, any bytes of any length) gives a result at once, and
-    no memory is taken on the word of an unchecked size. The file is read once. After a fault in a block the records
-    before it and its own stay filled.
+    Whatever lies at @p file (nothing, a directory, a FIFO, any bytes of any length) gives a result without waiting, and
+    no memory is taken for a size that was not checked. The file is read once. After a fault in a block its own record,
+    and those before it, stay filled.
 
     @returns info.totalSize, 0 on any failure
 */
 [[nodiscard]] std::uint32_t checkUPD (const std::filesystem::path& file, upd_info_t& info, FirmwareBlocks& blocks);
 
-/** checkUPD, telling what is wrong and where. */
+/** Does what checkUPD does, and tells what is wrong and where. */
 [[nodiscard]] PackageVerdict loadPackage (const std::filesystem::path& file, upd_info_t& info, FirmwareBlocks& blocks);
 
-/** loadPackage for bytes already in memory. */
+/** Does what loadPackage does, with bytes that are in memory already. */
 [[nodiscard]] PackageVerdict parsePackage (std::span<const std::uint8_t> bytes,
                                            upd_info_t& info,
                                            FirmwareBlocks& blocks);
 
-/** Whether the program offers a package: @p checkResult, the result of checkUPD, is not 0, and the version is above 0. */
+/** Whether the program offers a package: @p checkResult, the result of checkUPD, is not 0, and the version is above
+    0. */
 [[nodiscard]] constexpr bool isPackageValid (std::uint32_t checkResult, const upd_info_t& info)
 {
     return checkResult != 0 && info.version > 0;

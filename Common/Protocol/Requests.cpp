@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Building the requests.
+// Builds the five requests, byte by byte.
 
 #include "Requests.h"
+
+#include "LittleEndian.h"
 
 #include <algorithm>
 
@@ -19,15 +21,6 @@ static_assert (firstEntry + entrySize * maximumBlockCount <= requestSize);
 Request requestOf (RequestCode code)
 {
     return { static_cast<std::uint8_t> (code) };
-}
-
-void put (std::span<std::uint8_t> field, std::uint32_t littleEndianValue)
-{
-    for (auto& byte : field)
-    {
-        byte = static_cast<std::uint8_t> (littleEndianValue);
-        littleEndianValue >>= 8;
-    }
 }
 
 std::uint32_t enabledSize (std::span<const fw_info_t> blocks)
@@ -56,14 +49,14 @@ Request packageSummaryRequest (const upd_info_t& info, const FirmwareBlocks& blo
 
     request[2] = static_cast<std::uint8_t> (shiftedVersion >> 8);
     request[3] = static_cast<std::uint8_t> (shiftedVersion);
-    put (fields.subspan (4, 3), info.totalSize);
-    put (fields.subspan (7, 3), enabledSize (used));
+    putLittleEndian (fields.subspan (4, 3), info.totalSize);
+    putLittleEndian (fields.subspan (7, 3), enabledSize (used));
 
     for (std::size_t i = 0; i < used.size(); ++i)
     {
         const auto entry = fields.subspan (firstEntry + entrySize * i, entrySize);
         entry[0] = static_cast<std::uint8_t> ((i + 1) | (used[i].enabled ? enabledMark : 0));
-        put (entry.subspan (1), used[i].crc16);
+        putLittleEndian (entry.subspan (1), used[i].crc16);
     }
 
     return request;
@@ -73,7 +66,7 @@ Request blockHeaderRequest (std::uint8_t number, std::uint32_t size)
 {
     auto request = requestOf (RequestCode::blockHeader);
     request[1] = number;
-    put (std::span (request).subspan (2, 3), size);
+    putLittleEndian (std::span (request).subspan (2, 3), size);
     return request;
 }
 

@@ -8,10 +8,10 @@
 namespace wqv
 {
 
-/** Byte 0 of an input report. Byte 1 is the value that the comments name. */
+/** Byte 0 of an input report. Where a comment names a percentage or a ModeStatus, that is byte 1. */
 enum class ResponseCode : std::uint8_t
 {
-    none = 0x00,            ///< not an answer: the host zeroes its copy when the controller goes away
+    none = 0x00,            ///< no answer: the host zeroes its copy when the controller goes away
     updateMode = 0xF6,      ///< to enterUpdateMode; a ModeStatus
     busy = 0xF7,            ///< to blockData: another answer follows; to finish: ask again; percentage
     summaryAccepted = 0xF8, ///< to packageSummary

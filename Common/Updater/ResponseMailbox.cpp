@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One lock, one condition, one report.
+// The mailbox for the controller's answers: storing one, interrupting, waiting.
 
 #include "ResponseMailbox.h"
 
@@ -11,7 +11,7 @@ namespace wqv
 namespace
 {
 
-/** A message thread that does not turn in this time stands still, and then there is no use in waiting for it. */
+/** A message thread that has not read anything in this time stands still: waiting longer is of no use. */
 constexpr std::chrono::seconds longestTurn { 1 };
 
 } // namespace
@@ -84,7 +84,7 @@ Answer ResponseMailbox::wait (std::chrono::milliseconds limit, const std::functi
     else
     {
         if (std::exchange (interrupted, false) || stopped)
-            answer = { .signalled = true };
+            answer = { .signalled = true, .interrupted = true };
 
         signalled = false;
     }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Where the message thread leaves the controller's answers for the worker.
+// The mailbox in which the message thread leaves the controller's answers for the worker.
 
 #pragma once
 
@@ -19,9 +19,9 @@ namespace wqv
 
 /** The last input report and the signal that it came, under one lock.
 
-    wait() takes report and signal in one step. So a removal that is signalled just before a wait is not lost, and two
-    answers close together wake the worker once, with the later one, and leave no signal behind. An answer and a removal
-    count in the order of their arrival.
+    wait() takes report and signal in one step. So a removal that is signalled just before a wait is not lost; and of
+    two answers that come before a wait, that wait returns the later one, and no signal is left for the next wait. An
+    answer and a removal count in the order of their arrival.
 
     Any thread may call anything.
 */
@@ -36,9 +36,9 @@ public:
         @param wake    whether the worker is to hear of it */
     void store (std::span<const std::uint8_t> report, bool wake);
 
-    /** The controller went away or came back: zeroes the report and wakes the worker. An answer that came before and was not
-        taken yet is what the next wait brings, and this what the one after it brings. Whatever answer comes later, but
-        before the worker's next wait, does not hide this from it. */
+    /** The controller went away or came back: zeroes the report and wakes the worker. If an answer came before this and
+        was not taken yet, the next wait returns that answer, and the wait after it this interruption. An answer that
+        comes later does not hide the interruption from the worker's next wait. */
     void interrupt();
 
     /** The message thread has read all that there was to read when a wait asked for this. */

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The sequence's four things, on a thread.
+// The worker thread: sends through the session, waits at the mailbox, notes the progress.
 
 #include "UpdateWorker.h"
 
@@ -27,7 +27,10 @@ void UpdateWorker::run()
     context.post (UPDATER_STATUS_UPDATING);
 
     UpdateSequence sequence (*this, context.upd_info, context.fw_info);
-    context.post (sequence.run() ? UPDATER_STATUS_COMPLETE : UPDATER_STATUS_ERROR);
+    const auto isComplete = sequence.run();
+
+    whatFailed = sequence.failure();
+    context.post (isComplete ? UPDATER_STATUS_COMPLETE : UPDATER_STATUS_ERROR);
 }
 
 bool UpdateWorker::send (const Request& request)

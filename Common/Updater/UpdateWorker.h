@@ -32,7 +32,7 @@ public:
         /** Asks for a status; called on the worker's thread. */
         std::function<void (UpdaterStatus_t)> post;
 
-        /** Asks that the mailbox be told when the message thread has read all that there is; called on the worker's thread. */
+        /** Asks the message thread to tell the mailbox when it has read all there is; called on the worker's thread. */
         std::function<void()> askForTurn;
     };
 
@@ -48,6 +48,9 @@ public:
     /** Posts "updating", runs the update, posts its outcome. */
     void run() override;
 
+    /** Why the update failed. Any thread, once it has seen the outcome that was posted. */
+    [[nodiscard]] const UpdateFailure& failure() const { return whatFailed; }
+
 private:
     bool send (const Request& request) override;
     Answer wait (std::chrono::milliseconds limit) override;
@@ -56,6 +59,7 @@ private:
     bool stopRequested() const override;
 
     Context context;
+    UpdateFailure whatFailed;
 };
 
 } // namespace wqv

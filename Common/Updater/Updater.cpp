@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The status machine, and what it drives.
+// The changes of status: what the user, the worker and the controller lead to.
 
 #include "Updater.h"
 
@@ -21,7 +21,7 @@ constexpr std::int32_t noRequest = -1;
 
 } // namespace
 
-/** The parts in the order of their life: the worker, which uses all others, goes first. */
+/** The parts, in the order in which they are made. The worker, which uses all others, is deleted first. */
 struct Updater::Engine final : HidHandler
 {
     explicit Engine (Updater& updater) : owner (updater) {}
@@ -50,12 +50,12 @@ Updater::Updater (Host hostToUse, Listener& listenerToUse)
       pendingStatus (noRequest),
       engine (std::make_unique<Engine> (*this))
 {
-    // Where nobody knows the folder no other one will do: a bare name would be looked for in the current directory.
+    // If the folder is not known there is no package: a bare name would be looked for in the current directory.
     const auto package = host.folder.empty() ? std::filesystem::path() : host.folder / packageFileName;
     const auto result = checkUPD (package, engine->upd_info, engine->fw_info);
     packageIsValid = isPackageValid (result, engine->upd_info);
 
-    // Without a session there is never a controller, and that is what the screen then says.
+    // Without a session there is never a controller, and the screen then says so.
     std::ignore = engine->hidCtrl.initialize (*engine, packageIsValid ? 1 : 0);
 }
 
@@ -70,6 +70,11 @@ std::int32_t Updater::packageVersion() const
     return engine->upd_info.version;
 }
 
+const UpdateFailure& Updater::failure() const
+{
+    return engine->worker.failure();
+}
+
 void Updater::updateSequence (UpdaterStatus_t next)
 {
     const auto isFinal = currentStatus == UPDATER_STATUS_COMPLETE || currentStatus == UPDATER_STATUS_ERROR;
@@ -77,7 +82,7 @@ void Updater::updateSequence (UpdaterStatus_t next)
     if (currentStatus != UPDATER_STATUS_START && (! packageIsValid || isFinal))
         return;
 
-    // Whoever leaves an update has not waited for its outcome.
+    // An update that the user leaves is never shown as complete.
     currentStatus = isLeaving && next == UPDATER_STATUS_COMPLETE ? UPDATER_STATUS_ERROR : next;
 
     if (currentStatus != UPDATER_STATUS_UPDATING)
@@ -96,8 +101,8 @@ void Updater::post (UpdaterStatus_t requested)
     triggerAsyncUpdate();
 }
 
-/** Called by the worker. One round of the message loop may deal with this before it reads what the controller has sent, but
-    the round after that has read it. */
+/** Called by the worker. One round of the message loop may deal with this before it reads what the controller has sent,
+    but the round after that has read it. */
 void Updater::askForTurn()
 {
     turnsWanted = 2;
@@ -123,27 +128,20 @@ void Updater::handleAsyncUpdate()
     if (currentStatus == UPDATER_STATUS_START)
         return;
 
-    std::int32_t requested = noRequest;
-
-    {
-        const juce::ScopedLock guard (lock);
-        std::swap (requested, pendingStatus);
-    }
-
-    if (requested != noRequest)
-        updateSequence (static_cast<UpdaterStatus_t> (requested));
+    applyRequest (UPDATER_STATUS_NOT_CONNECTED);
 }
 
-/** Applies what the worker has asked for, if it has, before a device event is judged: the event then meets the status
-    of a running update, wakes the worker, and does not overwrite the request. */
-void Updater::applyWorkersRequest()
+/** Applies the status that was asked for last, unless it is below @p lowest. Only the worker asks for "updating" and
+    above; a device event has these applied before it is judged, so that it meets the status of a running update, wakes
+    the worker, and does not overwrite what the worker has asked for. */
+void Updater::applyRequest (UpdaterStatus_t lowest)
 {
-    std::int32_t requested = noRequest;
+    auto requested = noRequest;
 
     {
         const juce::ScopedLock guard (lock);
 
-        if (pendingStatus >= UPDATER_STATUS_UPDATING)
+        if (pendingStatus >= lowest)
             std::swap (requested, pendingStatus);
     }
 
@@ -182,7 +180,7 @@ void Updater::leaveFirstScreen()
 
 void Updater::startUpdate()
 {
-    // A second press before "updating" is applied must not take away the first answer's signal.
+    // A second press, before "updating" is applied, must not delete the signal of the first answer.
     if (isLeaving || engine->worker.isThreadRunning())
         return;
 
@@ -199,10 +197,10 @@ void Updater::quitSequence()
     host.quit();
 }
 
-/** The controller went away or came back: the worker's business if there is one, else that of the screen. */
+/** The controller went away or came back: a worker that runs is told; otherwise the screen changes. */
 void Updater::deviceChanged (std::int32_t version, UpdaterStatus_t requested)
 {
-    applyWorkersRequest();
+    applyRequest (UPDATER_STATUS_UPDATING);
     versionOfDevice = version;
 
     // A worker that has not yet asked for "updating" is about to, and what it asks for must not be overwritten.
@@ -224,7 +222,7 @@ void Updater::matchingCallBack()
 
 void Updater::inputCallBack()
 {
-    applyWorkersRequest();
+    applyRequest (UPDATER_STATUS_UPDATING);
 
     if (const auto report = engine->hidCtrl.inputReport(); ! report.empty())
         engine->mailbox.store (report, currentStatus == UPDATER_STATUS_UPDATING);

@@ -17,6 +17,7 @@ namespace wqv
 {
 
 class HidService;
+struct UpdateFailure;
 
 /** Model and controller of the program: the one place where the status changes.
 
@@ -30,7 +31,7 @@ public:
     class Listener
     {
     public:
-        /** The status was set, maybe to what it was: show it anew. */
+        /** The status was set, perhaps to the one that it had: show it again. */
         virtual void updaterChanged() = 0;
 
         /** The program is about to end, and a write that the system holds may delay that: show nothing any more. */
@@ -50,7 +51,8 @@ public:
         std::filesystem::path folder; ///< where the package lies; if empty, there is none
         std::function<void()> quit;   ///< ends the program; may return at once
 
-        /** Keeps the machine awake while what it returns lives: for an update. None for no such thing. */
+        /** Keeps the machine awake for as long as what it returns lives; called at the start of an update. May be
+            empty. */
         std::function<std::shared_ptr<void>()> keepAwake {};
     };
 
@@ -73,13 +75,17 @@ public:
     /** How far the update is, 0.0 to 1.0, by the controller's own figure; not clamped. */
     [[nodiscard]] double progress() const { return progressOfUpdate; }
 
+    /** Why the update failed, in UPDATER_STATUS_ERROR; no cause if it could not be started, or was left at its very
+        end. The window does not show it. */
+    [[nodiscard]] const UpdateFailure& failure() const;
+
     /** The user presses the affirming button: leaves the first screen, starts the update, or ends the program. */
     void confirm();
 
     /** The user presses the other button: ends the program. */
     void leave();
 
-    /** Stops a running update as leave() does, but calls nobody: for a program that ends in any case. */
+    /** Stops a running update as leave() does, but calls neither listener nor host: the program is ending already. */
     void abandon();
 
 private:
@@ -90,7 +96,7 @@ private:
     void post (UpdaterStatus_t requested);
     void askForTurn();
     void takeTurn();
-    void applyWorkersRequest();
+    void applyRequest (UpdaterStatus_t lowest);
     void leaveFirstScreen();
     void startUpdate();
     void quitSequence();
@@ -105,16 +111,16 @@ private:
     UpdaterStatus_t currentStatus = UPDATER_STATUS_START;
     bool packageIsValid = false;
     bool isLeaving = false;
-    std::shared_ptr<void> isAwake; ///< keeps the machine so while an update runs
+    std::shared_ptr<void> isAwake; ///< keeps the machine awake; there while an update runs
     std::int32_t versionOfDevice = -1;
     std::atomic<double> progressOfUpdate { 0.0 };
 
-    std::atomic<int> turnsWanted { 0 }; ///< rounds of the message loop until the worker's wait has an end
+    std::atomic<int> turnsWanted { 0 }; ///< rounds of the message loop until the worker's wait may end
 
     juce::CriticalSection lock; ///< makes a request and its trigger one step
     std::int32_t pendingStatus; ///< what the worker or a device event asks for; noRequest if nothing
 
-    std::unique_ptr<Engine> engine; ///< what the window does not see; the first to go
+    std::unique_ptr<Engine> engine; ///< what the window does not see; deleted first
 };
 
 } // namespace wqv

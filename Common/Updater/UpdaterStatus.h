@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Where the updater is: one screen for each status.
+// The six statuses of the updater; each has its screen.
 
 #pragma once
 

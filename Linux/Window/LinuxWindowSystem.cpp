@@ -21,25 +21,23 @@ class LinuxWindowAttachment final : public WindowAttachment
 {
 public:
     LinuxWindowAttachment (juce::ResizableWindow& windowToUse,
-                           const SingleInstance& instanceToUse,
+                           SingleInstance* instanceToUse,
                            std::function<void()> onDisplayLoss)
         : window (windowToUse), instance (instanceToUse), displayLoss (std::move (onDisplayLoss))
     {
-        if (instance.descriptor() >= 0)
-            juce::LinuxEventLoop::registerFdCallback (instance.descriptor(), [this] (int) { answerInstances(); });
+        if (instance != nullptr)
+            juce::LinuxEventLoop::registerFdCallback (instance->descriptor(), [this] (int) { answerInstances(); });
     }
 
     ~LinuxWindowAttachment() override
     {
-        if (instance.descriptor() >= 0)
-            juce::LinuxEventLoop::unregisterFdCallback (instance.descriptor());
+        if (instance != nullptr)
+            juce::LinuxEventLoop::unregisterFdCallback (instance->descriptor());
     }
 
     void raise() override
     {
-        if (const auto* const peer = window.getPeer())
-            bringToCurrentDesktop (reinterpret_cast<unsigned long> (peer->getNativeHandle()));
-
+        bringToCurrentDesktop (window);
         window.toFront (true);
     }
 
@@ -48,11 +46,11 @@ private:
     void answerInstances()
     {
         if (window.isVisible())
-            instance.answer ([this] { raise(); });
+            instance->answer ([this] { raise(); });
     }
 
     juce::ResizableWindow& window;
-    const SingleInstance& instance;
+    SingleInstance* const instance; ///< null where none is the first
     const DisplayLoss displayLoss;
     const FixedSize fixedSize { window };
     const DisplayEvents displayEvents { window };
@@ -61,23 +59,21 @@ private:
 class LinuxWindowSystem final : public WindowSystem
 {
 public:
-    explicit LinuxWindowSystem (const std::string& programToUse) : program (programToUse), instance (program, display())
-    {
-    }
+    explicit LinuxWindowSystem (std::string programToUse) : program (std::move (programToUse)) {}
 
     [[nodiscard]] std::optional<int> yieldToOtherInstance() override
     {
-        switch (instance.start())
+        instance.emplace (program);
+
+        switch (instance->start())
         {
+            case SingleInstance::Start::first: return {};
             case SingleInstance::Start::raised: return EXIT_SUCCESS;
-            case SingleInstance::Start::noAnswer:
-                say ("it is running already, but does not answer");
-                return EXIT_FAILURE;
-            case SingleInstance::Start::unguarded: say ("cannot tell whether it is running already"); break;
-            case SingleInstance::Start::first: break;
+            case SingleInstance::Start::noAnswer: break;
         }
 
-        return {};
+        std::cerr << program << ": it is running already, but does not answer\n";
+        return EXIT_FAILURE;
     }
 
     /** JUCE's lock is a file in a public folder, which any user could hold. */
@@ -86,20 +82,13 @@ public:
     [[nodiscard]] std::unique_ptr<WindowAttachment> attach (juce::ResizableWindow& window,
                                                             std::function<void()> onDisplayLoss) override
     {
-        return std::make_unique<LinuxWindowAttachment> (window, instance, std::move (onDisplayLoss));
+        auto* const first = instance && instance->descriptor() >= 0 ? &*instance : nullptr;
+        return std::make_unique<LinuxWindowAttachment> (window, first, std::move (onDisplayLoss));
     }
 
 private:
-    static std::string display()
-    {
-        const auto* const name = std::getenv ("DISPLAY"); // NOLINT (concurrency-mt-unsafe): nothing changes it
-        return name != nullptr ? name : "";
-    }
-
-    void say (const char* what) const { std::cerr << program << ": " << what << '\n'; }
-
     const std::string program;
-    SingleInstance instance;
+    std::optional<SingleInstance> instance; ///< none in a program that does not ask
 };
 
 } // namespace

@@ -120,6 +120,57 @@ TEST (Scenarios, anAnswerFromBeforeCountsForUpdateModeAlone)
     }
 }
 
+TEST (Scenarios, theFirstFailureIsNamed)
+{
+    using enum UpdateFailure::Cause;
+    using Request = RequestCode;
+    using Response = ResponseCode;
+    constexpr auto any = std::numeric_limits<std::size_t>::max();
+
+    struct Case
+    {
+        std::string_view faults;
+        UpdateFailure failure;
+        std::size_t stopAt = any;
+        std::vector<int> sizes = sampleSizes;
+        std::vector<std::uint8_t> before {};
+    };
+
+    // clang-format off
+    const Case cases[] {
+        { "",            {} },
+        { "wrong@3:0xF8", {} },
+        { "",            { noData }, any, { 0, 0 } },
+        { "silent@1-15", { noAnswer,    Request::enterUpdateMode, 0, 0, Response::updateMode,      {}, 0, 10s } },
+        { "notYet@1-15", { wrongAnswer, Request::enterUpdateMode, 0, 0, Response::updateMode,      Response::updateMode, 0 } },
+        { "refuse@1",    { wrongAnswer, Request::enterUpdateMode, 0, 0, Response::updateMode,      Response::updateMode, 2 } },
+        { "silent@1",    { wrongAnswer, Request::enterUpdateMode, 0, 0, Response::updateMode,      Response::updateMode, 2, 10s }, any, { 5 }, { 0xF6, 2 } },
+        { "unplug@1",    { notSent,     Request::enterUpdateMode, 0, 0, Response::updateMode,      {}, 0, 10s } },
+        { "unplug@2",    { interrupted, Request::packageSummary,  0, 0, Response::summaryAccepted } },
+        { "hold@3",      { notSent,     Request::blockHeader,     1, 0, Response::ready,           {}, 0, 10s } },
+        { "wrong@3:0",   { wrongAnswer, Request::blockHeader,     1, 0, Response::ready } },
+        { "wrong@5:0xFB,silent@6", { wrongAnswer, Request::blockData, 1, 1, Response::ready, Response::blockAccepted, 45 } },
+        { "silent@10",   { noAnswer,    Request::blockData,       4, 0, Response::ready,           {}, 0, 180s } },
+        { "unplug@11",   { interrupted, Request::blockData,       4, 1, Response::blockAccepted } },
+        { "late@12:10001", { noAnswer,  Request::finish,          0, 0, Response::updateFinished,  {}, 0, 10s } },
+        { "",            { stopped,     Request::enterUpdateMode, 0, 0, Response::updateMode },    0 },
+        { "",            { stopped,     Request::blockData,       1, 1, Response::ready },         12 },
+    };
+    // clang-format on
+
+    for (const auto& [faults, expected, stopAt, sizes, before] : cases)
+    {
+        SCOPED_TRACE (testing::Message() << faults << ' ' << stopAt);
+        Conversation update (sizes, *parseFaultScript (faults));
+        update.link.stopAt = stopAt;
+        update.link.mailbox.store (before, false);
+
+        UpdateSequence sequence (update.link, update.info, update.blocks);
+        EXPECT_EQ (sequence.run(), expected.cause == none);
+        EXPECT_EQ (sequence.failure(), expected);
+    }
+}
+
 TEST (Scenarios, progressIsTheControllersOwnFigure)
 {
     using Fractions = std::vector<double>;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Updates from the start button to the last screen, on two threads.
 
+#include "UpdateFailure.h"
 #include "UpdaterFixture.h"
 
 #include <gtest/gtest.h>
@@ -85,7 +86,14 @@ TEST (Update, aControllerThatCameBackInTheMiddleIsNeverComplete)
     MessageLoop keepsTheToolkit;
 
     for (std::size_t request = 2; request <= smallUpdate.size(); ++request)
-        UpdaterFixture ("replug@" + std::to_string (request)).reach (UPDATER_STATUS_ERROR);
+    {
+        UpdaterFixture fixture ("replug@" + std::to_string (request));
+        fixture.reach (UPDATER_STATUS_ERROR);
+
+        const auto& failure = fixture.updater->failure();
+        EXPECT_EQ (failure.cause, UpdateFailure::Cause::interrupted);
+        EXPECT_EQ (static_cast<int> (failure.request), smallUpdate[request - 1]);
+    }
 }
 
 TEST (Update, anUnplugCannotOverwriteItsStart)

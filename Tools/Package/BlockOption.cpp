@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Strict parsing: what is not understood is an error, for a wrong package is noticed only at the controller.
+// Parses --version and --block, strictly: a wrong package would be noticed only at the controller.
 
 #include "BlockOption.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Escaping byte by byte; only whole characters pass.
+// Writes as \xNN every byte that is not part of a printable character.
 
 #include "EscapedText.h"
 

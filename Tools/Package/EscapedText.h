@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Bytes that come from elsewhere, made safe to show: nothing in them can move the cursor or end the line.
+// Makes bytes from elsewhere safe to show: nothing in them can move the cursor or end the line.
 
 #pragma once
 

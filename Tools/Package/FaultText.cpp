@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The only place where a PackageFault gets its wording.
+// The words for each fault of a package, and for versions.
 
 #include "FaultText.h"
 
@@ -29,11 +29,6 @@ std::string_view describe (PackageFault fault)
     return "unknown fault";
 }
 
-bool hasPlace (PackageFault fault)
-{
-    return fault >= PackageFault::tooShort;
-}
-
 std::string describe (const PackageVerdict& verdict)
 {
     std::string text;
@@ -43,7 +38,8 @@ std::string describe (const PackageVerdict& verdict)
 
     text += describe (verdict.fault);
 
-    if (hasPlace (verdict.fault))
+    // The faults before this one are not at any place in the file.
+    if (verdict.fault >= PackageFault::tooShort)
         text += " (at byte " + std::to_string (verdict.offset) + ")";
 
     return text;

@@ -14,9 +14,6 @@ namespace wqv
 /** A fault as half a sentence without a full stop: "the product code is not WQVKRV20". */
 [[nodiscard]] std::string_view describe (PackageFault fault);
 
-/** Whether a fault is at some place in the file, and not the file's as a whole. */
-[[nodiscard]] bool hasPlace (PackageFault fault);
-
 /** A fault with the block's number and the byte offset, as far as it has them. */
 [[nodiscard]] std::string describe (const PackageVerdict& verdict);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The loader's own reader does the reading; this collects what the records leave out.
+// Collects everything that a package says, by the reader that the loader uses too.
 
 #include "Inspection.h"
 
@@ -10,13 +10,10 @@ namespace wqv
 namespace
 {
 
-constexpr std::size_t checksumSize = 4;
-constexpr std::size_t trailerSize = 4;
-
 ChecksumPair fileChecksum (std::span<const std::uint8_t> file)
 {
     const auto body = file.first (file.size() - checksumSize);
-    ChecksumPair crc { .stored = 0, .calculated = updateCRC32 (0xFFFFFFFF, body) };
+    ChecksumPair crc { .stored = 0, .calculated = calcCRC32 (body) };
 
     for (const auto byte : file.last (checksumSize))
         crc.stored = (crc.stored << 8) | byte;
@@ -24,46 +21,32 @@ ChecksumPair fileChecksum (std::span<const std::uint8_t> file)
     return crc;
 }
 
-std::uint32_t seedAt (std::span<const std::uint8_t> file, std::size_t offset)
+void readBlocks (PackageReader& reader, Inspection& result)
 {
-    std::uint32_t seed = 0;
-
-    for (std::size_t i = 4; i-- > 0;)
-        seed = (seed << 8) | file[offset + i];
-
-    return seed;
-}
-
-void readBlocks (PackageReader& reader, std::span<const std::uint8_t> file, Inspection& result)
-{
-    std::uint64_t position = upd_header_t::fileSize;
-
     for (unsigned number = 1; number <= result.info.blockCount && reader.canGoOn(); ++number)
     {
-        InspectedBlock block { .offset = position, .seed = 0, .record = {}, .crc16 = {} };
+        InspectedBlock block { .offset = reader.nextBlock(), .seed = 0, .record = {}, .crc16 = {} };
 
         if (const auto fault = reader.readBlock (result.info, block.record); fault != PackageFault::none)
             result.faults.push_back ({ fault, number, reader.offset() });
 
-        if (file.size() - position < firmware_header_t::fileSize)
+        if (! reader.lastBlockHeader())
             return;
 
-        block.seed = seedAt (file, static_cast<std::size_t> (position));
+        block.seed = reader.lastBlockHeader()->keySeed;
 
         if (reader.canGoOn())
         {
-            const auto size = block.record.size;
             block.crc16 = { .stored = block.record.crc16, .calculated = calcCRC16 (block.record.data) };
-            result.enabledSize += block.record.enabled ? size : 0;
-            position += firmware_header_t::fileSize + size + paddingOf (size) + trailerSize;
+            result.enabledSize += block.record.enabled ? block.record.size : 0;
         }
 
         block.record.data = {};
         result.blocks.push_back (std::move (block));
     }
 
-    if (reader.canGoOn() && file.size() - position > checksumSize)
-        result.surplus = file.size() - position - checksumSize;
+    if (const auto rest = result.fileSize - reader.nextBlock(); reader.canGoOn() && rest > checksumSize)
+        result.surplus = rest - checksumSize;
 }
 
 } // namespace
@@ -80,7 +63,7 @@ Inspection inspect (std::span<const std::uint8_t> file)
 
     // A file without a whole header is too short, which readHeader says as well.
     if (reader.checkFile() == PackageFault::fileChecksum)
-        result.faults.push_back ({ PackageFault::fileChecksum, 0, file.size() - checksumSize });
+        result.faults.push_back ({ PackageFault::fileChecksum, 0, reader.offset() });
 
     if (const auto fault = reader.readHeader (result.info); fault != PackageFault::none)
         result.faults.push_back ({ fault, 0, reader.offset() });
@@ -88,12 +71,13 @@ Inspection inspect (std::span<const std::uint8_t> file)
     if (! reader.canGoOn())
         return result;
 
+    const auto& header = reader.fileHeader();
     result.hasHeader = true;
-    result.magic = escapedBytes (file.subspan (0, 4));
-    result.formatVersion = escapedBytes (file.subspan (4, 4));
-    result.productCode = escapedBytes (file.subspan (12, 8));
-    result.versionDigits = escapedBytes (file.subspan (20, 4));
-    readBlocks (reader, file, result);
+    result.magic = escapedBytes (header.magic);
+    result.formatVersion = escapedBytes (header.formatVersion);
+    result.productCode = escapedBytes (header.productCode);
+    result.versionDigits = escapedBytes (header.versionDigits);
+    readBlocks (reader, result);
     return result;
 }
 

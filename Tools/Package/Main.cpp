@@ -6,7 +6,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <cstdio>
 #include <exception>
 #include <iostream>
 
@@ -70,7 +69,6 @@ int main (int argumentCount, char** arguments)
     }
     catch (const std::exception& error)
     {
-        std::fprintf (stderr, "wqv-package: %s\n", error.what());
-        return static_cast<int> (wqv::ExitCode::failure);
+        return static_cast<int> (wqv::report (error.what()));
     }
 }

@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// POSIX calls: only they can refuse an existing name, wait for the disk and tell "not there" from all other errors.
+// Writes a file whole or not at all, by POSIX calls: only they wait for the disk, and tell "not there" from other
+// errors.
 
 #include "OutputFile.h"
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <optional>
 #include <system_error>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -19,29 +20,26 @@ namespace
 
 namespace fs = std::filesystem;
 
-/** A file that is not there yet under its own name; gone again unless it is moved there. */
+/** What the process's mask leaves to a new file, as open() would give it. */
+mode_t modeOfNewFiles()
+{
+    const auto mask = umask (0);
+    umask (mask);
+    return 0666 & ~mask;
+}
+
+/** A file under a name that nobody else has; gone again unless it is moved to its own. */
 class TemporaryFile
 {
 public:
     /** @param mode  its permissions; without one, those of any new file */
     TemporaryFile (const fs::path& directory, std::optional<mode_t> mode)
+        : path ((directory / ".wqv-package-XXXXXX").string()),
+          descriptor (mkstemp (path.data())),
+          exists (descriptor >= 0)
     {
-        const auto stem = ".wqv-package-" + std::to_string (getpid()) + "-";
-
-        // A name can be taken by a process that died; another number is free.
-        for (int number = 0; number < 100 && descriptor < 0; ++number)
-        {
-            path = directory / (stem + std::to_string (number));
-            descriptor = open (path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode.value_or (0666));
-
-            if (descriptor < 0 && errno != EEXIST)
-                break;
-        }
-
-        exists = descriptor >= 0;
-
-        // The process's mask has taken its share of them.
-        ready = exists && (! mode || fchmod (descriptor, *mode) == 0);
+        // It is its owner's alone so far. A file system that knows no permissions refuses others, and has its own.
+        ready = exists && (fchmod (descriptor, mode.value_or (modeOfNewFiles())) == 0 || ! mode);
     }
 
     ~TemporaryFile()
@@ -88,9 +86,9 @@ public:
     }
 
 private:
-    fs::path path;
-    int descriptor = -1;
-    bool exists = false;
+    std::string path;
+    int descriptor;
+    bool exists;
     bool ready = false;
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Writing a file whole or not at all.
+// Writes a file whole or not at all.
 
 #pragma once
 

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A package is written field by field, front to back; the headers' own types give the scrambling key its input.
+// Writes a package field by field, from front to back, and finds what speaks against a description.
 
 #include "PackageWriter.h"
 
+#include "LittleEndian.h"
 #include "PackageReader.h"
 
 #include <algorithm>
 #include <iterator>
-#include <string_view>
 
 namespace wqv
 {
@@ -15,14 +15,6 @@ namespace
 {
 
 using Bytes = std::vector<std::uint8_t>;
-
-template <std::size_t count>
-std::array<std::uint8_t, count> ascii (std::string_view text)
-{
-    std::array<std::uint8_t, count> bytes {};
-    std::ranges::transform (text, bytes.begin(), [] (char c) { return static_cast<std::uint8_t> (c); });
-    return bytes;
-}
 
 /** The last four digits of @p number, most significant first. */
 std::array<std::uint8_t, 4> digits (unsigned number, unsigned base)
@@ -39,9 +31,9 @@ upd_header_t headerOf (const PackageDescription& package)
 {
     const auto version = digits (package.version, 10);
 
-    return { .magic = ascii<4> ("UPD "),
-             .formatVersion = ascii<4> ("0100"),
-             .productCode = ascii<8> ("WQVKRV20"),
+    return { .magic = upd_header_t::rightMagic,
+             .formatVersion = upd_header_t::rightFormatVersion,
+             .productCode = upd_header_t::rightProductCode,
              .versionDigits = { version[1], version[2], version[3], 0 },
              .blockCount = static_cast<std::uint8_t> (package.blocks.size()) };
 }
@@ -66,10 +58,10 @@ void appendFree (Bytes& file, std::size_t count)
     file.resize (file.size() + count);
 }
 
-void appendLittleEndian (Bytes& file, std::uint32_t value, unsigned bytes)
+void appendLittleEndian (Bytes& file, std::uint32_t value, std::size_t count)
 {
-    for (unsigned i = 0; i < bytes; ++i)
-        file.push_back (static_cast<std::uint8_t> (value >> (8 * i)));
+    appendFree (file, count);
+    putLittleEndian (std::span (file).last (count), value);
 }
 
 void appendHeader (Bytes& file, const upd_header_t& header)

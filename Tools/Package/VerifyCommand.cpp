@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// wqv-package verify: would the program offer this package?
+// wqv-package verify: whether the program would offer a package, and why not.
 
 #include "Commands.h"
 #include "EscapedText.h"

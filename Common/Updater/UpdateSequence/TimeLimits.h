@@ -23,13 +23,14 @@ inline constexpr std::chrono::milliseconds blockHeader = 10s;
 /** With a block's first piece the controller may erase all of the block's flash before it says anything. */
 inline constexpr std::chrono::milliseconds blockData = 180s;
 
-/** A controller that has reported a percentage is alive, and reports again within this time. Each report starts it anew. */
+/** A controller that has reported a percentage is alive, and reports again within this time. Each report starts it
+    anew. */
 inline constexpr std::chrono::milliseconds nextProgress = 20s;
 
-/** The controller answers a poll at once, be it that it is busy. */
+/** The controller answers a poll at once, even if only to say that it is busy. */
 inline constexpr std::chrono::milliseconds finish = 10s;
 
-/** Between two polls, and after the last: the controller is still writing, and polling keeps it from that. */
+/** Between two polls, and after the last: the controller is still writing, and each poll holds it up. */
 inline constexpr std::chrono::milliseconds pollPause = 100ms;
 
 /** Between two answers of the probe for automatic update mode. */

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The conversation, in the order of docs/protocol.md.
+// The conversation of one update, step by step in the order of docs/protocol.md.
 
 #include "UpdateSequence.h"
 
@@ -17,10 +17,16 @@ bool UpdateSequence::run()
 {
     link.reportProgress (0.0);
 
-    if (upd_info.totalSize == 0 || sendUpdateMode() != 0 || ! sendSummary())
+    if (upd_info.totalSize == 0)
+    {
+        firstFailure.cause = UpdateFailure::Cause::noData;
+        return false;
+    }
+
+    if (sendUpdateMode() != 0 || ! sendSummary())
         return false;
 
-    // A controller that a block failed on is still told that the update is over; its answer makes nothing good.
+    // After a failed block, too, the controller is told that the update is over; its answer then changes nothing.
     const auto allBlocksSent = sendBlocks();
     const auto finished = pollUntilFinished();
 
@@ -42,16 +48,22 @@ int UpdateSequence::sendUpdateMode()
             return 0;
 
         if (answer.value != static_cast<std::uint8_t> (ModeStatus::notYet))
-            return -1;
+        {
+            answer.signalled = true; // a refusal is one, even if it came before the wait
+            break;
+        }
     }
 
+    fail ({ .request = RequestCode::enterUpdateMode, .expected = ResponseCode::updateMode });
     return -1;
 }
 
 bool UpdateSequence::sendSummary()
 {
-    return exchange (packageSummaryRequest (upd_info, fw_info), timeLimits::summary)
-           && answer.code == ResponseCode::summaryAccepted;
+    const auto answered = exchange (packageSummaryRequest (upd_info, fw_info), timeLimits::summary);
+
+    return (answered && answer.code == ResponseCode::summaryAccepted)
+           || fail ({ .request = RequestCode::packageSummary, .expected = ResponseCode::summaryAccepted });
 }
 
 bool UpdateSequence::sendBlocks()
@@ -68,7 +80,7 @@ bool UpdateSequence::sendBlock (std::uint8_t number, const fw_info_t& block)
     // A controller that went away meanwhile has not answered, so its block has not been left out: the update failed.
     if (! exchange (blockHeaderRequest (number, block.size), timeLimits::blockHeader)
         || answer.code == ResponseCode::none)
-        return false;
+        return fail ({ .request = RequestCode::blockHeader, .block = number, .expected = ResponseCode::ready });
 
     if (answer.code != ResponseCode::ready)
         return true;
@@ -82,16 +94,14 @@ bool UpdateSequence::sendBlock (std::uint8_t number, const fw_info_t& block)
 
 bool UpdateSequence::sendPiece (std::uint8_t number, const fw_info_t& block, std::uint32_t piece)
 {
-    if (! exchange (blockDataRequest (number, block.data, piece), timeLimits::blockData) || recieveProgress() != 0)
-        return false;
-
     const auto isLast = piece + 1 == pieceCount (block.size);
-    const auto accepted = isLast
-                              ? answer.code == ResponseCode::blockAccepted || answer.code == ResponseCode::blockVerified
-                              : answer.code == ResponseCode::ready;
+    const auto expected = isLast ? ResponseCode::blockAccepted : ResponseCode::ready;
+    const auto answered =
+        exchange (blockDataRequest (number, block.data, piece), timeLimits::blockData) && recieveProgress() == 0;
+    const auto accepted = answer.code == expected || (isLast && answer.code == ResponseCode::blockVerified);
 
-    if (! accepted)
-        return false;
+    if (! answered || ! accepted)
+        return fail ({ .request = RequestCode::blockData, .block = number, .piece = piece, .expected = expected });
 
     percent = answer.value;
     showPercentage();
@@ -117,7 +127,7 @@ bool UpdateSequence::pollUntilFinished()
     while (exchange (finishRequest(), timeLimits::finish))
     {
         if (answer.code != ResponseCode::busy && answer.code != ResponseCode::updateFinished)
-            return false;
+            break;
 
         showPercentage();
         link.pause (timeLimits::pollPause);
@@ -126,15 +136,15 @@ bool UpdateSequence::pollUntilFinished()
             return true;
     }
 
-    return false;
+    return fail ({ .request = RequestCode::finish, .expected = ResponseCode::updateFinished });
 }
 
-/** Tells a controller that was left in the middle of a block that the update is over. Only a stop leaves it there. */
+/** Tells the controller that the update is over if the last request was about a block: only a stop ends there. */
 void UpdateSequence::sayFarewell()
 {
     const auto inBlock = lastRequest == RequestCode::blockHeader || lastRequest == RequestCode::blockData;
 
-    // A controller that did not take the last report would only hold the host for as long again.
+    // A controller that did not take the last report would only make the host wait for this one too.
     if (inBlock && lastRequestTaken)
         link.send (finishRequest());
 }
@@ -148,12 +158,13 @@ bool UpdateSequence::isAutoUpdateModeSupported()
     return true;
 }
 
-/** One request and the wait for what comes of it; whether anything came. */
+/** Sends a request and waits. @returns whether anything came */
 bool UpdateSequence::exchange (const Request& request, std::chrono::milliseconds limit)
 {
     if (link.stopRequested())
     {
         answer = {};
+        waited = {};
         return false;
     }
 
@@ -168,13 +179,15 @@ bool UpdateSequence::exchange (const Request& request, std::chrono::milliseconds
 
 bool UpdateSequence::awaitAnswer (std::chrono::milliseconds limit)
 {
+    answer.remaining = limit;
+
     do
     {
-        answer = link.wait (limit);
-        limit = answer.remaining;
+        answer = link.wait (answer.remaining);
     }
     while (isLateModeAnswer());
 
+    waited = limit - answer.remaining;
     return answer.signalled;
 }
 
@@ -186,6 +199,33 @@ bool UpdateSequence::isLateModeAnswer()
 
     --modeAnswersOwed;
     return lastRequest != RequestCode::enterUpdateMode;
+}
+
+/** Keeps what went wrong with a request, by the answer that came to it, unless something went wrong before.
+    @returns false */
+bool UpdateSequence::fail (UpdateFailure what)
+{
+    using enum UpdateFailure::Cause;
+
+    if (firstFailure.cause != none)
+        return false;
+
+    if (answer.signalled && ! answer.interrupted)
+    {
+        what.cause = wrongAnswer;
+        what.received = answer.code;
+        what.value = answer.value;
+    }
+    else if (link.stopRequested())
+        what.cause = stopped;
+    else if (answer.interrupted)
+        what.cause = interrupted;
+    else
+        what.cause = lastRequestTaken ? noAnswer : notSent;
+
+    what.waited = waited;
+    firstFailure = what;
+    return false;
 }
 
 void UpdateSequence::showPercentage()

@@ -6,6 +6,7 @@
 #include "PackageRecords.h"
 #include "Requests.h"
 #include "Responses.h"
+#include "UpdateFailure.h"
 
 #include <chrono>
 #include <cstdint>
@@ -18,6 +19,9 @@ struct Answer
 {
     /** Whether anything came before the limit: an answer, or the news that the controller went away or came back. */
     bool signalled = false;
+
+    /** What came was an interruption, or the wait was ended by a stop: code and value are no answer. */
+    bool interrupted = false;
 
     /** Byte 0 of the last report; none after an interruption. Without a signal, what lay there before. */
     ResponseCode code = ResponseCode::none;
@@ -34,12 +38,12 @@ struct Answer
 class UpdateSequence
 {
 public:
-    /** The four things that the conversation needs, and a word from whoever wants it to end. */
+    /** What the conversation needs: to send, to wait, to pause, to report progress, and to hear when it is to end. */
     class Link
     {
     public:
         /** Sends one request. Whether it arrives only the answer tells.
-            @returns false when the system did not take it, which matters only while leaving */
+            @returns false when the system did not take it: the host waits for an answer all the same */
         virtual bool send (const Request& request) = 0;
 
         /** Waits for the controller and takes its signal, so that the next wait waits for the next one. */
@@ -67,31 +71,36 @@ public:
     /** Enters update mode, sends the summary, each enabled block's header and data, and polls until the controller has
         finished; the limits are those of timeLimits.
 
-        Four rules are deliberate. While entering update mode a time-out still judges the last report. A slow controller
-        may answer each of several requests to enter it: what of that comes in a later step is passed over. A block whose
-        header gets any real answer other than the accepting one is left out without a failure. And nothing but the
-        first and the last kind of request is ever sent twice.
+        Four rules are deliberate. When a request to enter update mode is not answered in time, the last report is
+        judged nevertheless. A slow controller may answer each of several such requests; a later step passes over such
+        an answer. A block is left out, which is no failure, if its header gets any real answer but the accepting one.
+        And only the first and the last kind of request are ever sent twice.
 
-        Once a stop is requested no request leaves any more, but one finish request, not waited for, if a block had been
-        announced and the controller still takes reports.
+        Once a stop is requested nothing more is sent, with one exception: if a block had been announced and the
+        controller still takes reports, one finish request, whose answer is not waited for.
 
         @returns whether the controller confirmed the end of an update in which nothing failed
     */
     [[nodiscard]] bool run();
 
-    /** Takes a printf-style message and its arguments. Diagnostic output is switched off: it writes nothing. */
+    /** Why run() returned false. */
+    [[nodiscard]] const UpdateFailure& failure() const { return firstFailure; }
+
+    /** Takes a printf-style message and writes nothing. Kept for those who build on this class. */
     template <typename... Arguments>
     static void LogPrintf (const char* /*format*/, const Arguments&... /*arguments*/)
     {
     }
 
-    /** Whether the controller signals ten times in a row without a gap of a second. The update does not ask this. */
+    /** Whether the controller signals ten times in a row without a gap of a second. Kept for those who build on this
+        class; the update does not ask. */
     [[nodiscard]] bool isAutoUpdateModeSupported();
 
 private:
     bool exchange (const Request& request, std::chrono::milliseconds limit);
     bool awaitAnswer (std::chrono::milliseconds limit);
     [[nodiscard]] bool isLateModeAnswer();
+    bool fail (UpdateFailure what);
     void showPercentage();
 
     [[nodiscard]] int sendUpdateMode();
@@ -108,13 +117,16 @@ private:
     const FirmwareBlocks& fw_info;
 
     Answer answer;
-    double percent = 0.0;    ///< the last figure of the data phase, 0 to 100
+    std::chrono::milliseconds waited {}; ///< for that answer
+    UpdateFailure firstFailure;
+    double percent = 0.0;    ///< the last figure of the data phase, 0 to 100; kept, nothing here reads it
     int modeAnswersOwed = 0; ///< requests to enter update mode that were not answered yet
     RequestCode lastRequest = RequestCode::enterUpdateMode;
     bool lastRequestTaken = true;
 };
 
-/** @p base to the power of @p exponent, wrapping on overflow; 1 for an exponent of 0 or less. */
+/** @p base to the power of @p exponent, modulo 2^32; 1 for an exponent of 0 or less. Kept for those who build on
+    this. */
 [[nodiscard]] std::int32_t beki (std::int32_t base, std::int32_t exponent);
 
 } // namespace wqv
