@@ -3,7 +3,8 @@
 
 #include "ExecutableFile.h"
 
-#include <iostream>
+#include "Complaint.h"
+
 #include <system_error>
 
 namespace wqv
@@ -15,8 +16,7 @@ std::filesystem::path getExecutableFile()
     auto file = std::filesystem::read_symlink ("/proc/self/exe", error);
 
     if (error)
-        std::cerr << "WQVUpdateProgram: no update is found, since the system does not tell where this program lies: "
-                  << error.message() << '\n';
+        complain ("no update is found, since the system does not tell where this program lies: " + error.message());
 
     return file;
 }

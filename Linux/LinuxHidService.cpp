@@ -3,13 +3,13 @@
 
 #include "LinuxHidService.h"
 
+#include "Complaint.h"
 #include "HidrawConnection.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
-#include <iostream>
 #include <memory>
 #include <string_view>
 #include <sys/file.h>
@@ -60,7 +60,7 @@ HidService::OpenResult resultOf (int error)
 
 void sayThatNothingIsSeen (const char* reason)
 {
-    std::cerr << "WQVUpdateProgram: " << reason << ": a controller cannot be seen when it is plugged in\n";
+    complain (std::string (reason) + ": a controller cannot be seen when it is plugged in");
 }
 
 } // namespace
@@ -265,14 +265,12 @@ void LinuxHidService::sayThatItIsClosed (HidDeviceId device)
     if (node == nullptr)
         return;
 
-    std::cerr << "WQVUpdateProgram: cannot open " << node->path << ": "
-              << (node->error == EWOULDBLOCK ? "in use by another program"
-                                             : std::generic_category().message (node->error));
+    const auto reason =
+        node->error == EWOULDBLOCK ? "in use by another program" : std::generic_category().message (node->error);
+    const auto advice =
+        isDenied (node->error) ? std::string (": is the udev rule file ") + ruleFile + " installed?" : "";
 
-    if (isDenied (node->error))
-        std::cerr << ": is the udev rule file " << ruleFile << " installed?";
-
-    std::cerr << '\n';
+    complain ("cannot open " + node->path + ": " + reason + advice);
 }
 
 /** The node of a device that has not gone. */

@@ -3,6 +3,7 @@
 
 #include "SleepInhibitor.h"
 
+#include "Complaint.h"
 #include "SystemBus.h"
 
 #include <juce_events/juce_events.h>
@@ -10,7 +11,6 @@
 #include <algorithm>
 #include <cstring>
 #include <fcntl.h>
-#include <iostream>
 #include <unistd.h>
 
 namespace wqv
@@ -141,7 +141,7 @@ void SleepInhibitor::Lock::takeAnswer (sd_bus_message& answer)
 
 void SleepInhibitor::Lock::complain (const char* reason) const
 {
-    std::cerr << "WQVUpdateProgram: the machine may " << danger << " during the update: " << reason << '\n';
+    wqv::complain (std::string ("the machine may ") + danger + " during the update: " + reason);
 }
 
 } // namespace wqv

@@ -3,11 +3,11 @@
 
 #include "Application.h"
 
+#include "Complaint.h"
 #include "HidService.h"
 #include "KeepAwake.h"
 #include "MainWindow.h"
 
-#include <iostream>
 #include <utility>
 
 namespace wqv
@@ -25,7 +25,7 @@ void Application::initialise (const juce::String& /*commandLine*/)
     // JUCE (7.0.5, 8.0.6) crashes when it makes a window without a display.
     if (juce::Desktop::getInstance().getDisplays().displays.isEmpty())
     {
-        std::cerr << name << ": no display to show a window on\n";
+        complain ("no display to show a window on");
         setApplicationReturnValue (1);
         quit();
         return;

@@ -3,11 +3,11 @@
 
 #include "DisplayLoss.h"
 
+#include "Complaint.h"
+
 #include <X11/Xlib.h>
-#include <cerrno>
 #include <csignal>
 #include <cstdlib>
-#include <iostream>
 #include <unistd.h>
 #include <utility>
 
@@ -31,7 +31,7 @@ int handleLoss (Display* /*display*/)
     if (stepsBeforeTheEnd())
         stepsBeforeTheEnd()();
 
-    std::cerr << program_invocation_short_name << ": the display has gone away\n";
+    complain ("the display has gone away");
 
     // Whatever else would be called at exit counts on the display, and on the place where the thread is.
     _exit (EXIT_FAILURE);

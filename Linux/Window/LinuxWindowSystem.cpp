@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // X11's answers to what the program's window asks of a system.
 
+#include "Complaint.h"
 #include "CurrentDesktop.h"
 #include "DisplayEvents.h"
 #include "DisplayLoss.h"
@@ -9,7 +10,6 @@
 #include "WindowSystem.h"
 
 #include <cstdlib>
-#include <iostream>
 #include <utility>
 
 namespace wqv
@@ -72,7 +72,7 @@ public:
             case SingleInstance::Start::noAnswer: break;
         }
 
-        std::cerr << program << ": it is running already, but does not answer\n";
+        complain ("it is running already, but does not answer");
         return EXIT_FAILURE;
     }
 

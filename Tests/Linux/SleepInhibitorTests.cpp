@@ -124,7 +124,7 @@ struct SleepInhibitorTests : testing::Test
 
 TEST_F (SleepInhibitorTests, holdsTheLocksThatItIsGivenWhileItLives)
 {
-    const std::string begin = "WQVUpdateProgram: the machine may ";
+    const std::string begin = "wqv_platform_tests: the machine may ";
     const std::string end = " during the update: Not you\n";
 
     const std::pair<std::string, std::string> refusals[] {
