@@ -3,7 +3,7 @@
 
 #include "MainWindow.h"
 
-#include "Binary.h"
+#include "EmbeddedFiles.h"
 
 #include <utility>
 
@@ -21,8 +21,8 @@ MainWindow::MainWindow (const juce::String& name, Updater::Host host, std::span<
 
     // Only now: for each of these a window that is there already would be made anew.
     addToDesktop();
-    getPeer()->setIcon (juce::ImageFileFormat::loadFrom (wqv_krv20_updater_128_png_pointer,
-                                                         static_cast<std::size_t> (wqv_krv20_updater_128_png_length)));
+    getPeer()->setIcon (
+        juce::ImageFileFormat::loadFrom (wqv_krv20_updater_128_png.data(), wqv_krv20_updater_128_png.size()));
     setVisible (true);
 }
 
