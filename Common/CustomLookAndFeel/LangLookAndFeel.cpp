@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Drawing the language menu.
+// Draws the items of the language menu, each name in the font of its language.
 
 #include "LangLookAndFeel.h"
 

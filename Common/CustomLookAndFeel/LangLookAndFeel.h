@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The look of the language menu.
+// The look of the language menu and of its closed box.
 
 #pragma once
 
@@ -19,7 +19,7 @@ public:
     /** The name in the closed box. */
     void drawLabel (juce::Graphics& g, juce::Label& label) override;
 
-    /** The menu opens below its box: JUCE 8 would else lay it over the box, so that the selected item is where it was, and
+    /** The menu opens below its box: JUCE 8.0.6 would else lay it over the box, so that the selected item is where it was, and
         cut it at the top of the screen. */
     juce::PopupMenu::Options getOptionsForComboBoxPopupMenu (juce::ComboBox& box, juce::Label& label) override;
 

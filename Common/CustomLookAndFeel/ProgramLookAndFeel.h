@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The program's default look.
+// The program's default look: JUCE's own, with the embedded typefaces.
 
 #pragma once
 
@@ -10,7 +10,7 @@
 namespace wqv
 {
 
-/** The toolkit's look with the embedded typefaces. As the default look it is asked for every font. */
+/** As the default look it is asked for every font. */
 class ProgramLookAndFeel final : public juce::LookAndFeel_V2
 {
 public:

@@ -1,24 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Typefaces out of memory.
+// Finds an embedded typeface by the name of its family, and makes it when it is first asked for.
 
 #include "EmbeddedTypefaces.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <cstddef>
 
 namespace wqv
 {
 
-void EmbeddedTypefaces::skipFontsOfTheMachine()
-{
-    // A folder that has no fonts.
-    setenv ("JUCE_FONT_PATH", "/dev/null", 1); // NOLINT (concurrency-mt-unsafe): no other thread reads it yet
-}
-
 juce::Typeface::Ptr EmbeddedTypefaces::find (const juce::Font& font)
 {
-    const auto named = std::ranges::find_if (
-        fontList, [&] (const EmbeddedFamily& family) { return font.getTypefaceName() == family.name; });
+    const auto named = std::ranges::find (fontList, font.getTypefaceName(), &EmbeddedFamily::name);
     const auto& embedded = named != fontList.end() ? *named : fontList.front();
     auto& family = families[static_cast<std::size_t> (&embedded - fontList.data())];
     auto& typeface = font.isBold() ? family.bold : family.regular;
@@ -26,7 +19,7 @@ juce::Typeface::Ptr EmbeddedTypefaces::find (const juce::Font& font)
     if (typeface == nullptr)
     {
         const auto& file = font.isBold() ? embedded.bold : embedded.regular;
-        typeface = juce::Typeface::createSystemTypefaceFor (*file.pointer, static_cast<std::size_t> (*file.length));
+        typeface = juce::Typeface::createSystemTypefaceFor (file.data(), file.size());
     }
 
     return typeface;

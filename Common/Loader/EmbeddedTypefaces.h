@@ -12,15 +12,11 @@
 namespace wqv
 {
 
-/** Finds the embedded typefaces by the names in language.txt. No font file of the machine is read, so the program looks
+/** Finds the embedded typefaces by the names in fontList. No font file of the machine is read, so the program looks
     the same on every machine. Message thread only. */
 class EmbeddedTypefaces
 {
 public:
-    /** Keeps JUCE from opening every font file of the machine, which can take seconds. To be called before it
-        draws or measures any text. */
-    static void skipFontsOfTheMachine();
-
     /** The typeface for a font: of its family if that is an embedded one, else of the Latin one; bold or regular. */
     [[nodiscard]] juce::Typeface::Ptr find (const juce::Font& font);
 
@@ -32,7 +28,7 @@ private:
     };
 
     /** Made when they are first asked for: most runs need two of them. */
-    std::array<Family, familyCount> families;
+    std::array<Family, fontList.size()> families;
 };
 
 } // namespace wqv

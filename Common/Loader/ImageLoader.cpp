@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decoding pictures.
+// Decodes pictures: by JUCE, or as the program's own uncompressed bitmap.
 
 #include "ImageLoader.h"
 
@@ -19,7 +19,8 @@ constexpr std::size_t heightOffset = 38;
 constexpr std::size_t bitsPerPixelOffset = 48;
 constexpr std::size_t pixelsOffset = 98;
 
-/** 24 or 32 bits a pixel, rows from bottom to top, each padded down to a multiple of 4 bytes as (length + 3) & ~3. */
+/** Our picture is a PNG; this is kept for those who embed a bitmap.
+    24 or 32 bits a pixel, rows from bottom to top, each padded down to a multiple of 4 bytes as (length + 3) & ~3. */
 juce::Image decodeBitmap (std::span<const std::uint8_t> bytes)
 {
     if (bytes.size() < pixelsOffset || bytes[0] != 'B' || bytes[1] != 'M')
@@ -83,11 +84,7 @@ void ImageLoader::releaseInstance()
     m_pinstance = nullptr;
 }
 
-ImageLoader::ImageLoader()
-{
-    const auto& file = imageList[0];
-    m_image = Load ({ *file.pointer, static_cast<std::size_t> (*file.length) });
-}
+ImageLoader::ImageLoader() : m_image (Load (imageList[0])) {}
 
 juce::Image ImageLoader::getImage (std::uint32_t index) const
 {
@@ -96,7 +93,7 @@ juce::Image ImageLoader::getImage (std::uint32_t index) const
 
 juce::Image ImageLoader::Load (std::span<const std::uint8_t> bytes)
 {
-    // Straight from the bytes: the toolkit's image cache would keep a timer running.
+    // Straight from the bytes: JUCE's image cache would keep a timer running (7.0.5 and 8.0.6).
     auto image = juce::ImageFileFormat::loadFrom (bytes.data(), bytes.size());
     return image.isValid() ? image : decodeBitmap (bytes);
 }

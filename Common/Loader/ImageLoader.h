@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The program's pictures, decoded.
+// The program's pictures, decoded once and kept.
 
 #pragma once
 
@@ -33,7 +33,7 @@ public:
     /** Image 0. Null for any other index, and if it could not be decoded. */
     [[nodiscard]] juce::Image getImage (std::uint32_t index) const;
 
-    /** Decodes an image: any format that the toolkit reads, else the uncompressed bitmap of decodeBitmap. Total: null for
+    /** Decodes an image: any format that JUCE reads, else the uncompressed bitmap of decodeBitmap. Total: null for
         any other bytes. */
     [[nodiscard]] static juce::Image Load (std::span<const std::uint8_t> bytes);
 

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Lines, markers, quotes and escapes.
+// The parser of the text resources: lines, section markers, quotes and escapes.
 
 #include "TextResource.h"
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <utility>
 
 namespace wqv
@@ -15,10 +16,9 @@ namespace
 constexpr std::size_t longestLine = 2047;
 constexpr std::string_view endMarker = "EOF";
 
-constexpr std::array<std::pair<std::string_view, FlgTable>, 5> markers { {
+constexpr std::array<std::pair<std::string_view, FlgTable>, 4> markers { {
     { "FONT_WIN", FLG_FONT_WIN },
     { "FONT_MAC", FLG_FONT_MAC },
-    { "FONT_LINUX", FLG_FONT_LINUX },
     { "LANG", FLG_LANG },
     { "STR", FLG_STR },
 } };
@@ -71,7 +71,7 @@ bool TextResource::next (std::string& value)
             continue;
         }
 
-        if (current == wanted)
+        if (current == wanted && wanted != FLG_NONE)
         {
             value = Read (line);
             return true;

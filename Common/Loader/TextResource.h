@@ -1,16 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The parser of the embedded text resources.
+// The format of the text resources: their sections, and the parser.
 
 #pragma once
 
-#include "FlgTable.h"
-
-#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace wqv
 {
+
+/** A section of a text resource, opened by the marker that the comment names. */
+enum FlgTable : std::int32_t
+{
+    FLG_NONE = 0,     ///< before the first marker, and after an unknown one
+    FLG_FONT_WIN = 1, ///< ":FONT_WIN"
+    FLG_FONT_MAC = 2, ///< ":FONT_MAC"
+    FLG_LANG = 3,     ///< ":LANG"
+    FLG_STR = 4       ///< ":STR"
+};
 
 /** Reads the quoted values of one section of a text resource, in the order of their lines.
 
@@ -23,7 +31,8 @@ namespace wqv
 class TextResource
 {
 public:
-    /** @param bytes  stay where they are while this object lives */
+    /** @param bytes          stay where they are while this object lives
+        @param sectionWanted  FLG_NONE has no values */
     TextResource (std::string_view bytes, FlgTable sectionWanted);
 
     /** Reads the next value of the section.

@@ -1,28 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Loading texts, and the choice of the language to start with.
+// Loads the texts of a language, and chooses the language to start with.
 
 #include "TxtLoader.h"
 
-#include "TextResource.h"
-
 #include <algorithm>
+#include <string_view>
 
 namespace wqv
 {
 namespace
 {
-
-/** The codes by which a preferred language is recognised: a prefix of its identifier. */
-constexpr std::array<const char*, languageCount> langList { "en", "fr", "de",      "es",      "it", "nl",
-                                                            "ru", "pt", "zh-Hans", "zh-Hant", "ko", "ja" };
-
-#if JUCE_LINUX
-constexpr FlgTable fontSection = FLG_FONT_LINUX;
-#elif JUCE_MAC
-constexpr FlgTable fontSection = FLG_FONT_MAC;
-#endif
-
-constexpr EmbeddedFile languageTable { &language_txt_pointer, &language_txt_length };
 
 template <typename Strings>
 const juce::String& elementOr (const Strings& strings, std::uint32_t index, const juce::String& otherwise)
@@ -32,12 +19,12 @@ const juce::String& elementOr (const Strings& strings, std::uint32_t index, cons
 
 } // namespace
 
-void TxtLoader::createInstance (std::span<const std::string> preferred)
+void TxtLoader::createInstance (std::span<const std::string> preferred, FlgTable fontSection)
 {
     if (m_pinstance != nullptr)
         return;
 
-    m_pinstance = new TxtLoader;
+    m_pinstance = new TxtLoader (fontSection);
     m_pinstance->setLocale (m_pinstance->chkLocale (preferred));
 }
 
@@ -53,10 +40,11 @@ void TxtLoader::releaseInstance()
     m_pinstance = nullptr;
 }
 
-TxtLoader::TxtLoader()
+TxtLoader::TxtLoader (FlgTable fontSection)
 {
-    Load (languageTable, fontSection, m_font);
-    Load (languageTable, FLG_LANG, m_lang);
+    std::ranges::transform (langList, m_font.begin(), &Language::family);
+    Load (language_txt, fontSection, m_font);
+    Load (language_txt, FLG_LANG, m_lang);
 }
 
 const juce::String& TxtLoader::getString (std::uint32_t id) const
@@ -88,19 +76,14 @@ void TxtLoader::setLocale (std::uint32_t language)
     Load (language, FLG_STR, m_string);
 }
 
-void TxtLoader::Load (const EmbeddedFile& file, FlgTable section, std::span<juce::String> out)
+void TxtLoader::Load (std::span<const std::uint8_t> resource, FlgTable section, std::span<juce::String> out)
 {
-    if (*file.length < 0)
-        return;
-
-    const std::string_view bytes (reinterpret_cast<const char*> (*file.pointer),
-                                  static_cast<std::size_t> (*file.length));
-    TextResource resource (bytes, section);
+    TextResource values ({ reinterpret_cast<const char*> (resource.data()), resource.size() }, section);
     std::string value;
 
     for (auto& text : out)
     {
-        if (! resource.next (value))
+        if (! values.next (value))
             return;
 
         text = juce::String::fromUTF8 (value.data(), static_cast<int> (value.size()));
@@ -109,8 +92,8 @@ void TxtLoader::Load (const EmbeddedFile& file, FlgTable section, std::span<juce
 
 void TxtLoader::Load (std::uint32_t language, FlgTable section, std::span<juce::String> out)
 {
-    if (language < textList.size())
-        Load (textList[language], section, out);
+    if (language < langList.size())
+        Load (langList[language].texts, section, out);
 }
 
 /** Sets which languages are offered, all of them, and finds the one to start with: the first preferred language that
@@ -124,7 +107,7 @@ std::uint32_t TxtLoader::chkLocale (std::span<const std::string> preferred)
     for (const auto& identifier : preferred)
         for (std::uint32_t language = 0; language < langList.size(); ++language)
             if (identifier.size() <= longestIdentifier
-                && juce::String (identifier).startsWithIgnoreCase (langList[language]))
+                && juce::String (identifier).startsWithIgnoreCase (langList[language].code))
                 return language;
 
     return 0;

@@ -3,8 +3,9 @@
 
 #pragma once
 
-#include "Binary.h"
-#include "FlgTable.h"
+#include "Languages.h"
+#include "TextId.h"
+#include "TextResource.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
@@ -21,8 +22,10 @@ class TxtLoader final
 {
 public:
     /** Makes the instance, if there is none, in the language that the user prefers.
-        @param preferred  language identifiers such as "de-DE" or "zh-Hans-CN", most preferred first */
-    static void createInstance (std::span<const std::string> preferred = {});
+        @param preferred    language identifiers such as "de-DE" or "zh-Hans-CN", most preferred first
+        @param fontSection  the section of language.txt that names the system's fonts; a language that it leaves out, and
+                            every language with FLG_NONE, has its embedded family of typefaces */
+    static void createInstance (std::span<const std::string> preferred = {}, FlgTable fontSection = FLG_NONE);
 
     /** The instance; made if there is none. */
     static TxtLoader* getInstance();
@@ -61,13 +64,13 @@ public:
     void setLocale (std::uint32_t language);
 
     /** Reads one section of a resource into the elements of @p out, in order, as far as both go. */
-    static void Load (const EmbeddedFile& file, FlgTable section, std::span<juce::String> out);
+    static void Load (std::span<const std::uint8_t> resource, FlgTable section, std::span<juce::String> out);
 
     /** The same for the texts of one language. */
     static void Load (std::uint32_t language, FlgTable section, std::span<juce::String> out);
 
 private:
-    TxtLoader();
+    explicit TxtLoader (FlgTable fontSection);
 
     std::uint32_t chkLocale (std::span<const std::string> preferred);
 

@@ -3,7 +3,7 @@
 
 #include "MainWindow.h"
 
-#include "Binary.h"
+#include "EmbeddedFiles.h"
 
 #include <utility>
 
@@ -24,8 +24,8 @@ void MainWindow::appear()
 {
     // Only now: for the title bar and for being on top JUCE (7.0.5, 8.0.6) would make a window that is there already anew.
     addToDesktop();
-    getPeer()->setIcon (juce::ImageFileFormat::loadFrom (wqv_krv20_updater_128_png_pointer,
-                                                         static_cast<std::size_t> (wqv_krv20_updater_128_png_length)));
+    getPeer()->setIcon (
+        juce::ImageFileFormat::loadFrom (wqv_krv20_updater_128_png.data(), wqv_krv20_updater_128_png.size()));
     setVisible (true);
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Breaking text into lines, and squeezing them.
+// Breaks text into lines, and squeezes lines that are too wide.
 
 #include "FittedText.h"
 
@@ -92,7 +92,7 @@ float addFittedText (juce::GlyphArrangement& glyphs,
         glyphs.justifyGlyphs (start, count, area.getX(), y, area.getWidth(), lineHeight, justification);
         y += font.getHeight();
 
-        // Onto a whole pixel: JUCE 7 rounds to one when it draws, JUCE 8 takes the one above.
+        // Onto a whole pixel: JUCE 7.0.5 rounds to one when it draws, 8.0.6 takes the one above.
         if (count > 0)
         {
             const auto baseline = glyphs.getGlyph (start).getBaselineY();

@@ -13,7 +13,7 @@ namespace wqv
     A text with line feeds keeps its lines, broken anew where they are too long. Any other text gets one line, if it is to be
     squeezed to no less than 70 % for that, else at most @p mostLines of about the same length.
 
-    GlyphArrangement::addFittedText does nearly the same, but every version of JUCE breaks lines in its own way, and JUCE 8
+    GlyphArrangement::addFittedText does nearly the same, but JUCE 7.0.5 and 8.0.6 break lines in different ways, and 8.0.6
     begins its first text with unpacking a table of all Unicode, which took as long as half of a start. Our languages need
     nothing of it: each of their characters is a glyph.
 

@@ -4,6 +4,7 @@
 #include "MainComponent.h"
 
 #include "ImageLoader.h"
+#include "JuceVersions.h"
 #include "TxtLoader.h"
 
 #include <tuple>
@@ -38,12 +39,12 @@ int itemIdOf (std::uint32_t language)
 
 } // namespace
 
-MainComponent::Resources::Resources (std::span<const std::string> preferredLanguages)
+MainComponent::Resources::Resources (std::span<const std::string> preferredLanguages, FlgTable fontSection)
 {
-    EmbeddedTypefaces::skipFontsOfTheMachine();
+    skipFontsOfTheMachine();
     juce::LookAndFeel::setDefaultLookAndFeel (&defaultLook);
 
-    TxtLoader::createInstance (preferredLanguages);
+    TxtLoader::createInstance (preferredLanguages, fontSection);
     ImageLoader::createInstance();
 }
 
@@ -55,8 +56,8 @@ MainComponent::Resources::~Resources()
     juce::LookAndFeel::setDefaultLookAndFeel (nullptr);
 }
 
-MainComponent::MainComponent (Updater::Host host, std::span<const std::string> preferredLanguages)
-    : resources (preferredLanguages), updater (std::move (host), *this)
+MainComponent::MainComponent (Updater::Host host, std::span<const std::string> preferredLanguages, FlgTable fontSection)
+    : resources (preferredLanguages, fontSection), updater (std::move (host), *this)
 {
     addAndMakeVisible (langs);
     langs.setLookAndFeel (&langLookAndFeel);

@@ -8,6 +8,7 @@
 #include "ProgramLookAndFeel.h"
 #include "ProgressLookAndFeel.h"
 #include "ScreenText.h"
+#include "TextResource.h"
 #include "Updater.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>
@@ -32,8 +33,11 @@ public:
     static constexpr int panelHeight = 170;
 
     /** Builds the panel, and the updater with what it is given: the package is loaded and the controller looked for.
-        @param preferredLanguages  decide the language to start with; see TxtLoader::createInstance */
-    explicit MainComponent (Updater::Host host, std::span<const std::string> preferredLanguages = {});
+        @param preferredLanguages, fontSection  decide the language to start with, and the fonts; see
+                                                TxtLoader::createInstance */
+    explicit MainComponent (Updater::Host host,
+                            std::span<const std::string> preferredLanguages = {},
+                            FlgTable fontSection = FLG_NONE);
     ~MainComponent() override;
 
     /** The status whose screen is shown. */
@@ -76,7 +80,7 @@ private:
     /** Holds texts, pictures and typefaces while the panel lives. */
     struct Resources
     {
-        explicit Resources (std::span<const std::string> preferredLanguages);
+        Resources (std::span<const std::string> preferredLanguages, FlgTable fontSection);
         ~Resources();
 
         ProgramLookAndFeel defaultLook;

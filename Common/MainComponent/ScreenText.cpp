@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Blocks of text: where they are, how large, in which words.
+// The blocks of text of each screen: their words, places and fonts.
 
 #include "ScreenText.h"
 
 #include "FittedText.h"
 #include "JuceVersions.h"
+#include "Languages.h"
 #include "TxtLoader.h"
 
 #include <cstdarg>
@@ -17,37 +18,11 @@ namespace
 {
 
 constexpr float normalFontHeight = 13.0f;
-constexpr float smallFontHeight = 10.0f;
 constexpr float lineHeight = 16.0f;
 
 /** Where texts begin beside the warning picture. */
 constexpr float noticeX = 105.0f;
 constexpr float topY = 20.0f;
-
-/** The dense characters of these languages stay readable in a smaller font. */
-bool isSmallScript (unsigned language)
-{
-    return language == languageIndex::simplifiedChinese || language == languageIndex::traditionalChinese
-           || language == languageIndex::japanese;
-}
-
-float smallFontHeightOf (unsigned language)
-{
-    return isSmallScript (language) ? smallFontHeight : normalFontHeight;
-}
-
-int instructionLinesOf (unsigned language)
-{
-    const auto fitsOneLine = language == languageIndex::simplifiedChinese
-                             || language == languageIndex::traditionalChinese || language == languageIndex::korean;
-    return fitsOneLine ? 1 : 2;
-}
-
-/** The gap between the title of the ready screen and its hint: the Russian title takes two lines. */
-float hintGapOf (unsigned language)
-{
-    return language == languageIndex::russian ? 31.0f : 16.0f;
-}
 
 juce::String versionText (TextId id, std::int32_t version)
 {
@@ -123,14 +98,14 @@ void ScreenText::addReadyScreen (const ScreenState& state)
     const auto language = texts.locale();
 
     addTitle (textFor (TextId::updatesFirmware) + "\n", juce::Font::bold);
-    dispHowToStart (40.0f, topY + hintGapOf (language), language, texts.getFont());
+    dispHowToStart (40.0f, topY + langList[language].layout.hintGap, language, texts.getFont());
 
     const auto y = bottom + 5.0f;
 
     addBlock (versionText (TextId::currentVersion, state.deviceVersion) + "\n"
                   + versionText (TextId::updateVersion, state.packageVersion),
               { 60.0f, y, width - 60.0f, height - y },
-              smallFontHeightOf (language),
+              langList[language].layout.smallFontHeight,
               juce::Font::plain);
 }
 
@@ -138,10 +113,9 @@ void ScreenText::addReadyScreen (const ScreenState& state)
 void ScreenText::dispHowToUpdate (
     float x, float y, unsigned language, const juce::String& fontName, bool showNotRecognized)
 {
-    const auto fontHeight = smallFontHeightOf (language);
-    const auto lines = instructionLinesOf (language);
+    const auto& layout = langList[language].layout;
     const auto blockWidth = width - (x + 15.0f);
-    const juce::Font font (FontOptions (fontName, fontHeight, juce::Font::plain));
+    const juce::Font font (FontOptions (fontName, layout.smallFontHeight, juce::Font::plain));
 
     if (showNotRecognized)
         addLines (textFor (TextId::notRecognized),
@@ -152,21 +126,23 @@ void ScreenText::dispHowToUpdate (
                   1);
 
     y += lineHeight;
-    addLines (textFor (TextId::connectThen), font, x, y, blockWidth, lines);
+    addLines (textFor (TextId::connectThen), font, x, y, blockWidth, layout.instructionLines);
 
-    y += static_cast<float> (lines) * fontHeight + 3.0f;
+    y += static_cast<float> (layout.instructionLines) * layout.smallFontHeight + 3.0f;
     addLines (TxtLoader::getInstance()->getString (TextId::thenRestart), font, x, y, blockWidth, 1);
 }
 
 /** How to connect the controller. */
 void ScreenText::dispHowToStart (float x, float y, unsigned language, const juce::String& fontName)
 {
+    const auto& layout = langList[language].layout;
+
     addLines (textFor (TextId::connect),
-              FontOptions (fontName, smallFontHeightOf (language), juce::Font::plain),
+              FontOptions (fontName, layout.smallFontHeight, juce::Font::plain),
               x,
               y,
               width - (x + 20.0f),
-              instructionLinesOf (language));
+              layout.instructionLines);
 }
 
 void ScreenText::addTitle (const juce::String& text, int style)

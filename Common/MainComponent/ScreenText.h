@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "FlgTable.h"
+#include "TextId.h"
 #include "UpdaterStatus.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>

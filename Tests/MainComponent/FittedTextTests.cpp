@@ -54,7 +54,7 @@ Layout layOut (const juce::String& text, juce::Rectangle<float> area, int mostLi
 
 TEST (FittedText, keepsWordsWholeAndToItsArea)
 {
-    const MessageLoop keepsTheToolkit;
+    const MessageLoop keepsJuce;
     ProgramLookAndFeel look;
     juce::LookAndFeel::setDefaultLookAndFeel (&look);
     const juce::String text ("Connect the USB-A terminal on your WQV-KRV20 and your computer using a USB cable.");

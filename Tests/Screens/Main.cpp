@@ -76,9 +76,9 @@ bool drawScreens (const juce::File& folder)
     {
         Series series;
 
-        for (const auto* const language : languageCodes)
+        for (const auto& language : langList)
         {
-            PanelFixture fixture (screen, language);
+            PanelFixture fixture (screen, language.code);
 
             if (screen.status == UPDATER_STATUS_UPDATING)
                 fillBar (fixture);
@@ -102,9 +102,9 @@ bool drawMenu (const juce::File& folder)
 {
     Series series;
 
-    for (const auto* const language : languageCodes)
+    for (const auto& language : langList)
     {
-        PanelFixture fixture (panelScreens[0], language);
+        PanelFixture fixture (panelScreens[0], language.code);
         fixture.panel->setVisible (true);
         fixture.panel->addToDesktop (juce::ComponentPeer::windowIsTemporary);
         fixture.find<juce::ComboBox> ("langs").showPopup();
@@ -129,7 +129,7 @@ int main (int argc, char* argv[])
         return 2;
     }
 
-    const wqv::MessageLoop keepsTheToolkit;
+    const wqv::MessageLoop keepsJuce;
 
     if (juce::Desktop::getInstance().getDisplays().displays.isEmpty())
     {

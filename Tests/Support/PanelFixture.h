@@ -4,11 +4,9 @@
 #pragma once
 
 #include "AlineButton.h"
-#include "Binary.h"
 #include "MainComponent.h"
 #include "UpdaterFixture.h"
 
-#include <array>
 #include <optional>
 #include <span>
 #include <stdexcept>
@@ -17,10 +15,6 @@
 
 namespace wqv
 {
-
-/** The languages by index, as codes of a locale. */
-inline constexpr std::array<const char*, languageCount> languageCodes { "en", "fr", "de",      "es",      "it", "nl",
-                                                                        "ru", "pt", "zh-Hans", "zh-Hant", "ko", "ja" };
 
 /** A screen, and what leads to it. */
 struct PanelScreen
@@ -64,7 +58,7 @@ public:
         loop.runUntil ([&] { return panel->status() == screen.status; });
     }
 
-    /** @param language  preferred one, as the code of a locale */
+    /** @param language  preferred one, as an identifier */
     void open (const std::string& language = "en") { panel.emplace (host(), std::span (&language, 1)); }
 
     template <typename Control>
