@@ -51,7 +51,7 @@ TEST_F (ResponseMailboxTest, aSignalIsTakenOnceAndTheReportStays)
     expect (true, 0xFC, 7);
 
     // Of any length.
-    store (Bytes (1025, 0xF7));
+    store (Bytes (1100, 0xF7));
     store ({ 0xF9 });
     store ({});
     expect (true, 0xF9, 0xF7);
