@@ -107,21 +107,26 @@ TEST (Promises, anUpdateThatCompletesWroteEveryByte)
                     });
 }
 
-TEST (Promises, onlyLegalOrdersOfRequestsAndEveryWaitEnds)
+TEST (Promises, onlyLegalOrdersOfRequests)
 {
+    for (const auto& faults : { wrongAnswers, unplugs, replugs })
+        atEveryRequest (faults,
+                        [] (const Outcome& outcome) { EXPECT_EQ (outcome.update.controller.hostErrors(), Errors {}); });
+}
+
+TEST (Promises, everyWaitEnds)
+{
+    // Only "enter update mode" is repeated without an answer; the longest limit is 180 s.
     for (const auto& faults : { wrongAnswers, unplugs, replugs })
         atEveryRequest (faults,
                         [] (const Outcome& outcome)
                         {
-                            EXPECT_EQ (outcome.update.controller.hostErrors(), Errors {});
-
-                            // Only "enter update mode" is repeated without an answer; the longest limit is 180 s.
                             EXPECT_LE (outcome.update.requests.size(), outcome.clean.requests.size() + 14);
                             EXPECT_LE (outcome.update.now, outcome.clean.now + 190s);
                         });
 }
 
-TEST (Promises, aLateAnswerToUpdateModeAtAnyMoment)
+TEST (Promises, aLateAnswerToUpdateModeNeverCounts)
 {
     Conversation clean (sizes, {}, paces[1]);
     ASSERT_TRUE (clean.run());
@@ -149,7 +154,7 @@ TEST (Promises, aLateAnswerToUpdateModeAtAnyMoment)
     EXPECT_FALSE (wrong.run());
 }
 
-TEST (Promises, aStopAtEveryStep)
+TEST (Promises, afterAStopNothingIsSentButOneFinish)
 {
     for (const auto& pace : paces)
         for (std::size_t step = 0;; ++step)
