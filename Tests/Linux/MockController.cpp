@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The node's reads and writes.
+// The made-up hidraw node: its reads, writes and its end.
 
 #include "MockController.h"
 

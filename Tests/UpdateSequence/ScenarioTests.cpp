@@ -37,6 +37,8 @@ TEST (Scenarios, requestsLimitsAndResult)
         { "notYet@1-15",        false, fifteen },
         { "silent@1-15",        false, fifteen, Seconds (15, 10) },
         { "late@1:10001",       true,  "4401333131332" },
+        { "late@1:12000,silent@3", false, "440", { 10, 10, 10, 8 } },
+        { "notYet@1,late@2:15000", true,  "44401333131332", {}, { .erase = 8s } },
         { "notYet@1,refuse@2",  false, "44" },
         { "brief@1,notYet@1",   true,  "4401333131332" },
         { "wrong@1:0x55",       true,  "4401333131332" },

@@ -58,7 +58,7 @@ void end (UpdaterFixture& fixture, Way way)
 
 TEST (Leaving, whileTheWorkerWaitsForTheAnswerToAnyRequest)
 {
-    MessageLoop keepsTheToolkit;
+    MessageLoop keepsJuce;
 
     for (std::size_t request = 1; request <= smallUpdate.size(); ++request)
     {
@@ -84,7 +84,7 @@ TEST (Leaving, whileTheWorkerWaitsForTheAnswerToAnyRequest)
 
 TEST (Leaving, afterAnyNumberOfMessages)
 {
-    MessageLoop keepsTheToolkit;
+    MessageLoop keepsJuce;
 
     for (int i = 0; i < 300; ++i)
     {

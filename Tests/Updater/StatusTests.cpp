@@ -72,7 +72,7 @@ constexpr Row rows[] {
 
 TEST (Status, everyEventInEveryStatus)
 {
-    MessageLoop keepsTheToolkit;
+    MessageLoop keepsJuce;
 
     for (const auto& [from, hasPackage, isPluggedIn, to] : rows)
         for (const auto event : allEvents)
@@ -152,7 +152,7 @@ TEST (Status, whoeverIsToldHoldsNothingUp)
 
 TEST (Status, badPackagesOpenNothing)
 {
-    MessageLoop keepsTheToolkit;
+    MessageLoop keepsJuce;
     auto damaged = writePackage (smallPackage());
     damaged.at (100) ^= 1;
 

@@ -44,7 +44,7 @@ TEST (Update, isCompleteHoweverOftenStartIsPressed)
 
 TEST (Update, noFirstAnswerIsLost)
 {
-    MessageLoop keepsTheToolkit;
+    MessageLoop keepsJuce;
 
     for (int i = 0; i < 200; ++i)
     {
@@ -83,7 +83,7 @@ TEST (Update, survivesThousandsOfBursts)
 
 TEST (Update, aControllerThatCameBackInTheMiddleIsNeverComplete)
 {
-    MessageLoop keepsTheToolkit;
+    MessageLoop keepsJuce;
 
     for (std::size_t request = 2; request <= smallUpdate.size(); ++request)
         UpdaterFixture ("replug@" + std::to_string (request)).reach (UPDATER_STATUS_ERROR);
@@ -91,7 +91,7 @@ TEST (Update, aControllerThatCameBackInTheMiddleIsNeverComplete)
 
 TEST (Update, anUnplugCannotOverwriteItsStart)
 {
-    MessageLoop keepsTheToolkit;
+    MessageLoop keepsJuce;
 
     for (int i = 0; i < 400; ++i)
     {

@@ -129,7 +129,7 @@ int main (int argc, char* argv[])
         return 2;
     }
 
-    const wqv::MessageLoop keepsTheToolkit;
+    const wqv::MessageLoop keepsJuce;
 
     if (juce::Desktop::getInstance().getDisplays().displays.isEmpty())
     {
