@@ -155,12 +155,16 @@ TEST_F (HidUtilTest, aControllerThatSomebodyElseHoldsIsNotTaken)
     service.listener->deviceAttached (service.listed[0]);
     EXPECT_EQ (service.opened, Ids { 2 });
 
+    // But another controller is.
+    service.listener->deviceAttached (FakeHidService::controller (3, 9));
+    service.listener->deviceRemoved (3);
+
     // Nor is it kept when its better interface turns out to be held, only until that is free.
     service.listener->deviceRemoved (2);
     service.listener->deviceAttached (service.listed[0]);
     service.listener->deviceAttached (service.listed[1]);
-    EXPECT_EQ (handler.news(), "mr");
-    EXPECT_EQ (service.closed, Ids { 1 });
+    EXPECT_EQ (handler.news(), "mrmr");
+    EXPECT_EQ (service.closed, (Ids { 3, 1 }));
     service.refusals.clear();
     service.listener->deviceAttached (service.listed[1]);
     EXPECT_EQ (handler.news(), "m");
