@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include "DeviceIds.h"
 #include "HidHandler.h"
 #include "HidService.h"
 
@@ -24,12 +23,12 @@ namespace wqv
 class FakeHidService final : public HidService
 {
 public:
-    /** The controller that the program seeks, as the system may show it. */
+    /** The controller that the program seeks, as the system may show it. The ids are those that the build was told. */
     [[nodiscard]] static HidDevice controller (HidDeviceId id, std::uint64_t location = 1)
     {
         return { .id = id,
-                 .vendorId = kVendorId,
-                 .productId = HidDeviceType[1],
+                 .vendorId = WQV_USB_VENDOR_ID,
+                 .productId = WQV_USB_PRODUCT_ID,
                  .versionNumber = 0x0105,
                  .location = location,
                  .inputReportLength = 64,

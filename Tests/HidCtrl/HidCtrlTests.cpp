@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The transport, which device it takes and what it lets through; the session, every step of its state.
+// The session: every step of its state, and sending on a thread of its own while controllers come and go.
 
 #include "FakeHidService.h"
 #include "HidCtrl.h"
@@ -7,182 +7,14 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <atomic>
+#include <latch>
+#include <thread>
 
 namespace wqv
 {
 namespace
 {
-
-struct HidUtilTest : testing::Test
-{
-    FakeHidService service;
-    NotingHandler handler;
-    HidUtil transport { service };
-    std::array<std::uint8_t, 128> request {};
-
-    using Ids = std::vector<HidDeviceId>;
-};
-
-TEST_F (HidUtilTest, takesTheFirstLocationThatFits)
-{
-    // Strangers at the first two locations, a controller at 4, and another one behind it.
-    for (const auto location : { 9u, 2u, 1u, 4u })
-        service.listed.push_back (FakeHidService::controller (service.listed.size() + 1, location));
-
-    service.listed[1].productId ^= 2;
-    service.listed[2].vendorId ^= 1;
-
-    ASSERT_TRUE (transport.initialize (handler, 1));
-    EXPECT_TRUE (transport.deviceMatching());
-    EXPECT_TRUE (transport.deviceMatching());
-    EXPECT_EQ (service.opened, Ids { 4 });
-
-    // While one is held nothing else matters: no attach, no removal and no report of another.
-    service.listener->deviceAttached (FakeHidService::controller (7, 0));
-    service.listener->reportReceived (1, 128);
-    service.listener->deviceRemoved (1);
-    EXPECT_EQ (handler.news(), "");
-    EXPECT_EQ (service.opened, Ids { 4 });
-}
-
-TEST_F (HidUtilTest, takesTheInterfaceThatHoldsTheConversation)
-{
-    // Interface 3 has no output report, 2 a larger one, 1 nothing to answer with; 4 and 5 fit.
-    for (const auto id : { 5u, 4u, 3u, 2u, 1u })
-    {
-        service.listed.push_back (FakeHidService::controller (id));
-        service.listed.back().interfaceNumber = static_cast<std::int32_t> (id);
-    }
-
-    service.listed[2].outputReportLength = 0;
-    service.listed[3].outputReportLength = 129;
-    service.listed[4].inputReportLength = 0;
-
-    ASSERT_TRUE (transport.initialize (handler, 1));
-    EXPECT_TRUE (transport.deviceMatching());
-    EXPECT_EQ (service.opened, Ids { 4 });
-
-    // One by one, the better ones closed at first: each better one is taken as soon as it opens, while nothing was sent.
-    service.listener->deviceRemoved (4);
-    service.refusals[4] = HidService::OpenResult::denied;
-
-    for (const auto place : { 3u, 2u, 4u, 1u })
-        service.listener->deviceAttached (service.listed[place]);
-
-    EXPECT_EQ (handler.news(), "rmm");
-    service.refusals.clear();
-    service.listener->deviceAttached (service.listed[1]);
-    service.listener->deviceAttached (service.listed[0]);
-    EXPECT_EQ (service.opened, (Ids { 4, 2, 1, 4, 4 }));
-    EXPECT_EQ (service.closed, (Ids { 4, 2, 1 }));
-    EXPECT_EQ (handler.news(), "m");
-
-    // No request goes where it does not fit, and once one was sent only an interface that lacks less takes over.
-    service.listener->deviceRemoved (4);
-    service.listener->deviceAttached (service.listed[3]);
-    EXPECT_FALSE (transport.deviceOutput (request));
-    service.listener->deviceRemoved (2);
-
-    for (const auto& [place, holder] : { std::pair (2u, 3u), { 3u, 3u }, { 4u, 1u }, { 0u, 5u }, { 1u, 5u } })
-    {
-        service.listener->deviceAttached (service.listed[place]);
-        EXPECT_TRUE (transport.deviceOutput (request));
-        EXPECT_EQ (service.opened.back(), holder);
-    }
-}
-
-TEST_F (HidUtilTest, withoutPackageNothingIsEverOpened)
-{
-    auto productZero = FakeHidService::controller (2);
-    productZero.productId = 0;
-    service.listed = { FakeHidService::controller (1), productZero };
-
-    ASSERT_TRUE (transport.initialize (handler, 0));
-    EXPECT_FALSE (transport.deviceMatching());
-    service.listener->deviceAttached (FakeHidService::controller (3));
-    service.listener->deviceAttached (productZero);
-    EXPECT_EQ (service.opened, Ids {});
-}
-
-TEST_F (HidUtilTest, versionFromBinaryCodedDecimal)
-{
-    ASSERT_TRUE (transport.initialize (handler, 1));
-    EXPECT_FALSE (transport.deviceMatching());
-
-    for (const auto& [bcd, decimal] : { std::pair (0x0105, 105), std::pair (0x1234, 1234), std::pair (0xFFFF, 16665) })
-    {
-        auto device = FakeHidService::controller (1);
-        device.versionNumber = bcd;
-        service.listener->deviceAttached (device);
-        EXPECT_EQ (transport.deviceVersion(), decimal);
-        service.listener->deviceRemoved (1);
-        EXPECT_EQ (transport.deviceVersion(), 0);
-    }
-}
-
-TEST_F (HidUtilTest, aDeviceThatCannotBeOpenedIsNotTaken)
-{
-    service.listed = { FakeHidService::controller (1, 1), FakeHidService::controller (2, 2) };
-    service.refusals = { { 1, HidService::OpenResult::denied }, { 2, HidService::OpenResult::gone } };
-
-    ASSERT_TRUE (transport.initialize (handler, 1));
-    EXPECT_FALSE (transport.deviceMatching());
-    EXPECT_EQ (service.opened, (Ids { 1, 2 }));
-    EXPECT_FALSE (transport.deviceOutput (request));
-
-    // Allowed now, and so told of once more.
-    service.refusals.clear();
-    service.listener->deviceAttached (service.listed[0]);
-    EXPECT_EQ (handler.news(), "m");
-    EXPECT_TRUE (transport.deviceOutput (request));
-}
-
-TEST_F (HidUtilTest, aControllerThatSomebodyElseHoldsIsNotTaken)
-{
-    service.listed = { FakeHidService::controller (1), FakeHidService::controller (2) };
-    service.listed[0].outputReportLength = 0;
-    service.refusals[2] = HidService::OpenResult::inUse;
-
-    // Not by another interface either.
-    ASSERT_TRUE (transport.initialize (handler, 1));
-    EXPECT_FALSE (transport.deviceMatching());
-    service.listener->deviceAttached (service.listed[0]);
-    EXPECT_EQ (service.opened, Ids { 2 });
-
-    // Nor is it kept when its better interface turns out to be held, only until that is free.
-    service.listener->deviceRemoved (2);
-    service.listener->deviceAttached (service.listed[0]);
-    service.listener->deviceAttached (service.listed[1]);
-    EXPECT_EQ (handler.news(), "mr");
-    EXPECT_EQ (service.closed, Ids { 1 });
-    service.refusals.clear();
-    service.listener->deviceAttached (service.listed[1]);
-    EXPECT_EQ (handler.news(), "m");
-}
-
-TEST_F (HidUtilTest, aRemovedDeviceIsNotTakenAgainThoughItIsStillListed)
-{
-    service.listed = { FakeHidService::controller (1, 1) };
-    ASSERT_TRUE (transport.initialize (handler, 1));
-    ASSERT_TRUE (transport.deviceMatching());
-
-    service.listener->deviceRemoved (1);
-    service.listener->deviceRemoved (1);
-    EXPECT_EQ (handler.news(), "r");
-    EXPECT_EQ (service.closed, Ids { 1 });
-    EXPECT_EQ (service.reportBuffer, nullptr);
-
-    // What a list shows is not told of, so none is taken before somebody searches it.
-    EXPECT_EQ (service.listings, 1);
-    EXPECT_FALSE (transport.deviceMatching());
-
-    // The search sees what has come since the start.
-    service.listener->deviceAttached (FakeHidService::controller (2));
-    service.listed = { FakeHidService::controller (2, 1), FakeHidService::controller (3, 2) };
-    service.listener->deviceRemoved (2);
-    EXPECT_TRUE (transport.deviceMatching());
-    EXPECT_EQ (service.opened, (Ids { 1, 2, 3 }));
-}
 
 struct HidCtrlTest : testing::Test
 {
@@ -233,7 +65,7 @@ TEST_F (HidCtrlTest, beforeTheFirstRequestAnotherControllerReplacesItSilently)
     EXPECT_EQ (sent, std::vector<HidDeviceId> {});
 }
 
-TEST_F (HidCtrlTest, afterARequestARemovalEndsTheSession)
+TEST_F (HidCtrlTest, nothingIsSentAfterARemoval)
 {
     plugIn (1, 0x0105);
     plugIn (2, 0x0210);
@@ -265,6 +97,13 @@ TEST_F (HidCtrlTest, aShortReportLeavesTheRestOfTheLastOne)
     ASSERT_EQ (report.size(), 1u);
     EXPECT_EQ (Bytes (report.data(), report.data() + 5), (Bytes { 9, 2, 3, 4, 0 }));
 
+    // Who asks for less gets no more.
+    Bytes some (4, 7);
+    EXPECT_EQ (session.deviceInput (std::span (some).first (2)), 1u);
+    service.deliver ({ 1, 2, 3, 4 });
+    EXPECT_EQ (session.deviceInput (std::span (some).first (2)), 2u);
+    EXPECT_EQ (some, (Bytes { 1, 2, 7, 7 }));
+
     // No length is believed.
     service.listener->reportReceived (1, std::size_t { 1 } << 32);
     EXPECT_EQ (session.inputReport().size(), 1024u);
@@ -285,6 +124,84 @@ TEST_F (HidCtrlTest, nothingIsHeardAfterTheEnd)
     EXPECT_EQ (service.listener, nullptr);
     EXPECT_EQ (service.reportBuffer, nullptr);
     EXPECT_EQ (handler.news(), "");
+}
+
+TEST_F (HidCtrlTest, aWriteInProgressKeepsItsOwnConnection)
+{
+    std::latch writing (1), letGo (1);
+    std::vector<HidDeviceId> written;
+
+    service.onSend = [&] (HidDeviceId device)
+    {
+        writing.count_down();
+        letGo.wait();
+        written.push_back (device);
+    };
+
+    ASSERT_TRUE (session.initialize (handler, 1));
+    service.plugIn (FakeHidService::controller (1));
+    std::thread worker ([&] { EXPECT_TRUE (session.setData (request)); });
+    writing.wait();
+
+    // The message thread does not wait for the write.
+    service.unplug (1);
+    service.plugIn (FakeHidService::controller (2));
+    EXPECT_EQ (service.closed, std::vector<HidDeviceId> {});
+    EXPECT_EQ (session.state(), HidCtrl::connected);
+
+    letGo.count_down();
+    worker.join();
+    EXPECT_EQ (written, std::vector<HidDeviceId> { 1 });
+    EXPECT_EQ (service.closed, std::vector<HidDeviceId> { 1 });
+    EXPECT_EQ (handler.news(), "mrm");
+}
+
+TEST_F (HidCtrlTest, aRequestNeverOverwritesARemoval)
+{
+    constexpr HidDeviceId rounds = 100000;
+    std::atomic<HidDeviceId> begun { 0 }, ended { 0 };
+
+    // Each round meets at another instant.
+    const auto linger = [this] (HidDeviceId times)
+    {
+        while (times-- > 0)
+            static_cast<void> (session.state());
+    };
+
+    ASSERT_TRUE (session.initialize (handler, 1));
+    service.onSend = [] (auto) {};
+
+    std::thread worker (
+        [&]
+        {
+            for (HidDeviceId id = 1; id <= rounds; ended = id++)
+            {
+                while (begun < id)
+                    std::this_thread::yield();
+
+                linger (id % 251);
+                static_cast<void> (session.setData (request));
+            }
+        });
+
+    int undone = 0;
+
+    for (HidDeviceId id = 1; id <= rounds; ++id)
+    {
+        service.plugIn (FakeHidService::controller (id));
+        begun = id;
+        linger (id % 127);
+        service.unplug (id);
+
+        while (ended < id)
+            std::this_thread::yield();
+
+        undone += session.state() == HidCtrl::noDevice ? 0 : 1;
+    }
+
+    worker.join();
+    EXPECT_EQ (undone, 0);
+    EXPECT_EQ (handler.news().size(), 2 * rounds);
 }
 
 } // namespace

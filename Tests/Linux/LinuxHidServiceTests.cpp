@@ -6,7 +6,6 @@
 #include "MockController.h"
 #include "Requests.h"
 #include "TestBed.h"
-#include "Updater.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +17,6 @@
 #include <linux/capability.h>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <sys/syscall.h>
 #include <unistd.h>
 #include <vector>
@@ -53,7 +51,7 @@ void obeyPermissions()
     ASSERT_EQ (syscall (SYS_capset, &header, sets.data()), 0);
 }
 
-class LinuxHidServiceTests : public testing::Test, public HidService::Listener, public Updater::Listener
+class LinuxHidServiceTests : public testing::Test, public HidService::Listener
 {
 protected:
     void SetUp() override
@@ -67,53 +65,10 @@ protected:
     /** Makes the service, and the controller that can be plugged in. */
     void start (const char* faults = "")
     {
-        updater.reset();
-        service.reset();
-        mock.reset();
-
         mock = std::make_unique<MockController> (
             *bed, UsbHid { .reportDescriptor = controllersReportDescriptor() }, *parseFaultScript (faults));
         service = std::make_unique<LinuxHidService>();
         service->setListener (this);
-    }
-
-    /** Makes the updater too, with the controller plugged in, and goes to the screen that offers an update. */
-    void startUpdater (const char* faults)
-    {
-        start (faults);
-        mock->plugIn();
-        updater = std::make_unique<Updater> (
-            Updater::Host { .hidService = *service,
-                            .folder = std::filesystem::path (WQV_SAMPLE_PACKAGE).parent_path(),
-                            .quit = [] {} },
-            *this);
-        updater->confirm();
-        ASSERT_EQ (updater->status(), UPDATER_STATUS_READY);
-    }
-
-    /** The screen that shows follows the controller; where an update has ended it stays. */
-    void comeAndGoTenTimes()
-    {
-        const auto statusAtFirst = updater->status();
-        const auto hasEnded = statusAtFirst > UPDATER_STATUS_UPDATING;
-
-        for (int times = 1; times <= tenTimes; ++times)
-        {
-            mock->unplug();
-            loop.runUntil ([this] { return updater->deviceVersion() < 0; });
-            loop.drain();
-            EXPECT_EQ (updater->status(), hasEnded ? statusAtFirst : UPDATER_STATUS_NOT_CONNECTED);
-
-            mock->plugIn();
-            loop.runUntil ([this] { return updater->deviceVersion() > 0; });
-            loop.drain();
-            EXPECT_EQ (updater->status(), statusAtFirst);
-        }
-    }
-
-    void runUntilUpdateEnds()
-    {
-        loop.runUntil ([this] { return updater->status() > UPDATER_STATUS_UPDATING; });
     }
 
     void open (HidDeviceId device)
@@ -145,15 +100,11 @@ protected:
         received.emplace_back (report.begin(), report.begin() + static_cast<std::ptrdiff_t> (length));
     }
 
-    void updaterChanged() override {}
-    void updaterLeaving() override {}
-
     // In the order of life: the made-up system is the last to go.
     std::unique_ptr<TestBed> bed;
     std::unique_ptr<MockController> mock;
     MessageLoop loop;
     std::unique_ptr<LinuxHidService> service;
-    std::unique_ptr<Updater> updater;
 
     bool opensAtOnce = true;
     int attached = 0;
@@ -343,48 +294,6 @@ TEST_F (LinuxHidServiceTests, SaysThatTheSystemDoesNotTakeAReport)
     EXPECT_TRUE (connection->send (finishRequest()));
     EXPECT_FALSE (connection->send (std::vector<std::uint8_t> (2000)));
     EXPECT_EQ (mock->controller.requestCount(), 2);
-}
-
-TEST_F (LinuxHidServiceTests, CarriesAWholeUpdate)
-{
-    startUpdater ("burst@20-30:5");
-    comeAndGoTenTimes();
-    const auto terminals = openTerminals();
-    updater->confirm();
-    runUntilUpdateEnds();
-    EXPECT_EQ (updater->status(), UPDATER_STATUS_COMPLETE);
-    EXPECT_EQ (mock->faultAgainst (WQV_SAMPLE_PACKAGE), "");
-
-    comeAndGoTenTimes();
-    EXPECT_EQ (openTerminals().size(), terminals.size());
-}
-
-TEST_F (LinuxHidServiceTests, FailsAnUpdateWhoseControllerGoesAway)
-{
-    const auto before = openTerminals();
-
-    // It comes back, since the updater waits long for one that does not.
-    for (const auto* const faults : { "unplug@40", "replug@40" })
-    {
-        SCOPED_TRACE (faults);
-        startUpdater (faults);
-        updater->confirm();
-
-        if (std::string_view (faults).starts_with ("unplug"))
-        {
-            loop.runUntil ([this] { return service->devices().empty(); });
-            mock->plugIn();
-        }
-
-        runUntilUpdateEnds();
-        EXPECT_EQ (updater->status(), UPDATER_STATUS_ERROR);
-        EXPECT_NE (mock->faultAgainst (WQV_SAMPLE_PACKAGE), "");
-
-        mock->unplug();
-        loop.runUntil ([this] { return service->devices().empty(); });
-        EXPECT_EQ (updater->status(), UPDATER_STATUS_ERROR);
-        EXPECT_EQ (openTerminals(), before);
-    }
 }
 
 } // namespace

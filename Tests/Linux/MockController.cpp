@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How a made-up hidraw node is read and written.
+// The made-up hidraw node: its reads, writes and its end.
 
 #include "MockController.h"
-
-#include "UpdatePackage.h"
 
 #include <algorithm>
 #include <array>
@@ -249,30 +247,6 @@ int MockController::take (std::span<const std::uint8_t> bytes)
     }
 
     return 0;
-}
-
-std::string MockController::faultAgainst (const std::filesystem::path& package) const
-{
-    const std::scoped_lock guard (lock);
-    upd_info_t info;
-    FirmwareBlocks blocks;
-
-    if (checkUPD (package, info, blocks) == 0)
-        return "no package";
-
-    std::map<std::uint8_t, std::vector<std::uint8_t>> expected;
-
-    for (std::uint8_t number = 1; number <= info.blockCount; ++number)
-        if (const auto& block = blocks[number - 1U]; block.enabled)
-            expected[number] = block.data;
-
-    if (! controller.hostErrors().empty())
-        return controller.hostErrors().front();
-
-    if (! controller.isUpdated() || controller.receivedBlocks() != expected)
-        return "what was received is not what the package holds";
-
-    return {};
 }
 
 } // namespace wqv

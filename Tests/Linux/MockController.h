@@ -58,10 +58,6 @@ public:
     /** Sends input reports of the controller's own accord. */
     void send (std::span<const std::vector<std::uint8_t>> reports);
 
-    /** What differs between the enabled blocks of a package and what was received; empty if all is as it should be. Not
-        while the program is sending. */
-    [[nodiscard]] std::string faultAgainst (const std::filesystem::path& package) const;
-
     VirtualController controller; ///< not to be looked at while the program is sending
 
 private:
@@ -81,7 +77,7 @@ private:
     UsbHid description;
     std::unique_ptr<UMockdevIoctlBase, ObjectRelease> handlers;
 
-    mutable std::mutex lock; ///< guards what follows, and the controller
+    std::mutex lock;         ///< guards what follows, and the controller
     unsigned generation = 0; ///< of the node; descriptors of another one are dead
     int terminal = -1;       ///< a pseudo-terminal in the node's place, only to wake who waits for reports
     int nodesEnd = -1;       ///< its other end, as the program opens it

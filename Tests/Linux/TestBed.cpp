@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Building the devices in sysfs, parents first.
+// The made-up system: sysfs entries, ancestors first, and udev's events.
 
 #include "TestBed.h"
 

@@ -210,7 +210,7 @@ TEST (Loader, anyFileGivesAResultAtOnce)
     ASSERT_EQ (mkfifo (folder.path ("fifo").c_str(), 0600), 0);
     std::filesystem::create_directory (folder.path ("directory"));
     std::filesystem::create_symlink ("good", folder.path ("link"));
-    std::filesystem::resize_file (folder.write ("huge", {}), maximumPackageSize + 1);
+    std::filesystem::resize_file (folder.write ("huge", {}), (std::uintmax_t { 1 } << 31) + 1);
     folder.write ("good", goldenPackage);
     folder.write ("empty", {});
     folder.write ("third", sealed (badThird));

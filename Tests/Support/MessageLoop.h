@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The toolkit's message loop, run by a test.
+// JUCE's message loop, run by a test.
 
 #pragma once
 
@@ -12,8 +12,8 @@
 namespace wqv
 {
 
-/** Makes the test's thread the message thread, which dispatches only when the test says so. The toolkit lives as long as
-    any of these objects. */
+/** Makes the test's thread the message thread, which dispatches only when the test says so. JUCE lives as long as any
+    of these objects. */
 class MessageLoop
 {
 public:
@@ -34,7 +34,7 @@ public:
     }
 
 private:
-    const juce::ScopedJuceInitialiser_GUI toolkit;
+    const juce::ScopedJuceInitialiser_GUI juceLives;
 };
 
 } // namespace wqv

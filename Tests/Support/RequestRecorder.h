@@ -5,8 +5,6 @@
 
 #include "HidService.h"
 
-#include <chrono>
-#include <condition_variable>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -29,21 +27,11 @@ public:
         return sent;
     }
 
-    /** Waits for a first request without the message loop; false if there is none for 20 s. */
-    [[nodiscard]] bool waitForFirst()
-    {
-        std::unique_lock guard (lock);
-        return arrived.wait_for (guard, std::chrono::seconds (20), [this] { return ! sent.empty(); });
-    }
-
-    [[nodiscard]] int timesOpened() const { return opens; }
-
     [[nodiscard]] std::vector<HidDevice> devices() override { return service.devices(); }
     void setListener (Listener* newListener) override { service.setListener (newListener); }
 
     [[nodiscard]] Opened open (HidDeviceId device, ReportBuffer& buffer) override
     {
-        ++opens;
         auto [result, connection] = service.open (device, buffer);
         return { .result = result, .connection = std::make_shared<Connection> (*this, std::move (connection)) };
     }
@@ -63,7 +51,6 @@ private:
             {
                 const std::scoped_lock guard (recorder.lock);
                 recorder.sent.push_back (report.front());
-                recorder.arrived.notify_all();
             }
 
             return connection->send (report);
@@ -74,9 +61,7 @@ private:
     };
 
     HidService& service;
-    int opens = 0;
     mutable std::mutex lock; ///< guards what was sent
-    std::condition_variable arrived;
     std::vector<int> sent;
 };
 

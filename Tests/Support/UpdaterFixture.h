@@ -8,19 +8,39 @@
 #include "RequestRecorder.h"
 #include "SimulatedHidService.h"
 #include "TemporaryFolder.h"
+#include "UpdatePackage.h"
 #include "Updater.h"
 #include "VirtualController.h"
 
 #include <filesystem>
 #include <functional>
+#include <memory>
+#include <numeric>
 #include <optional>
 #include <string>
+#include <thread>
+#include <utility>
+#include <vector>
 
 namespace wqv
 {
 
 /** A package with a block of two pieces, one that is not to be written, and a scrambled one of a piece. */
-[[nodiscard]] PackageDescription smallPackage (unsigned version = 105);
+[[nodiscard]] inline PackageDescription smallPackage (unsigned version = 105)
+{
+    const auto dataOf = [] (std::size_t size, std::uint8_t first)
+    {
+        std::vector<std::uint8_t> data (size);
+        std::iota (data.begin(), data.end(), first);
+        return data;
+    };
+
+    PackageDescription package { .version = version, .blocks = {} };
+    package.blocks.push_back ({ .id = 1, .data = dataOf (200, 1) });
+    package.blocks.push_back ({ .id = 2, .data = dataOf (50, 70), .enabled = false });
+    package.blocks.push_back ({ .id = 3, .data = dataOf (100, 140), .scramble = true, .seed = 12345, .keyIndex = 9 });
+    return package;
+}
 
 /** The codes of the requests that the small package takes. */
 inline const std::vector<int> smallUpdate { 0xF4, 0xF0, 0xF1, 0xF3, 0xF3, 0xF1, 0xF3, 0xF2 };
@@ -32,15 +52,57 @@ public:
     /** @param faults  the controller's fault script
         @param bytes   of the package file; none for no file */
     explicit UpdaterSurroundings (const std::string& faults = {},
-                                  const std::vector<std::uint8_t>& bytes = writePackage (smallPackage()));
+                                  const std::vector<std::uint8_t>& bytes = writePackage (smallPackage()))
+        : controller (parseFaultScript (faults).value())
+    {
+        if (! bytes.empty())
+            folder.write (packageFileName, bytes);
+    }
 
-    /** For one updater, which counts in quits. */
-    [[nodiscard]] Updater::Host host();
+    /** For one updater, which counts in quits and holds awake. */
+    [[nodiscard]] Updater::Host host()
+    {
+        return { .hidService = requests,
+                 .folder = packageFolder,
+                 .quit = [this] { ++quits; },
+                 .keepAwake =
+                     [this]
+                 {
+                     const auto held = std::make_shared<bool> (true);
+                     awake = held;
+                     return held;
+                 } };
+    }
 
-    void plugIn();
-    void unplug();
-    void deliver (std::vector<std::uint8_t> report);
-    void runUntilSent (std::size_t count) const;
+    void plugIn()
+    {
+        if (device == 0)
+            device = service.plugIn (&controller);
+    }
+
+    void unplug()
+    {
+        if (device != 0)
+            service.unplug (std::exchange (device, 0));
+    }
+
+    void deliver (std::vector<std::uint8_t> report)
+    {
+        report.resize (requestSize);
+        service.deliver (device, report);
+    }
+
+    /** Waits for a first request without the message loop. */
+    void waitForFirst() const
+    {
+        while (requests.codes().empty())
+            std::this_thread::yield();
+    }
+
+    void runUntilSent (std::size_t count) const
+    {
+        loop.runUntil ([&] { return requests.codes().size() >= count; });
+    }
 
     MessageLoop loop;
     TemporaryFolder folder;
@@ -48,7 +110,8 @@ public:
     VirtualController controller;                        ///< not to be looked at while a worker runs
     SimulatedHidService service;
     RequestRecorder requests { service };
-    int quits = 0; ///< how often the program was asked to end
+    int quits = 0;             ///< how often the program was asked to end
+    std::weak_ptr<bool> awake; ///< lives as long as the machine is kept awake
 
 private:
     HidDeviceId device = 0; ///< 0 while it is not plugged in
@@ -62,9 +125,29 @@ public:
 
     /** Makes the updater, and leads it to a status by the plug and the buttons. For "updating" and the two that end an
         update the fault script has to fit; "updating" includes the first request. */
-    void reach (UpdaterStatus_t wanted);
+    void reach (UpdaterStatus_t wanted)
+    {
+        if (wanted >= UPDATER_STATUS_READY)
+            plugIn();
 
-    void runUntil (UpdaterStatus_t wanted);
+        updater.emplace (host(), static_cast<Updater::Listener&> (*this));
+
+        if (wanted >= UPDATER_STATUS_NOT_CONNECTED)
+            pressOk();
+
+        if (wanted >= UPDATER_STATUS_UPDATING)
+        {
+            pressOk();
+            runUntil (wanted);
+            runUntilSent (1);
+        }
+    }
+
+    void runUntil (UpdaterStatus_t wanted)
+    {
+        loop.runUntil ([&] { return updater->status() == wanted; });
+    }
+
     void pressOk() { updater->confirm(); }
     void pressCancel() { updater->leave(); }
 
@@ -74,7 +157,12 @@ public:
     std::optional<Updater> updater;
 
 private:
-    void updaterChanged() override;
+    void updaterChanged() override
+    {
+        shown.push_back (updater->status());
+        whenShown();
+    }
+
     void updaterLeaving() override { ++leavings; }
 };
 

@@ -37,6 +37,8 @@ TEST (Scenarios, requestsLimitsAndResult)
         { "notYet@1-15",        false, fifteen },
         { "silent@1-15",        false, fifteen, Seconds (15, 10) },
         { "late@1:10001",       true,  "4401333131332" },
+        { "late@1:12000,silent@3", false, "440", { 10, 10, 10, 8 } },
+        { "notYet@1,late@2:15000", true,  "44401333131332", {}, { .erase = 8s } },
         { "notYet@1,refuse@2",  false, "44" },
         { "brief@1,notYet@1",   true,  "4401333131332" },
         { "wrong@1:0x55",       true,  "4401333131332" },
@@ -84,18 +86,18 @@ TEST (Scenarios, requestsLimitsAndResult)
 
         Conversation update (sizes, *script, pace);
         EXPECT_EQ (update.run(), result);
-        EXPECT_EQ (update.link.codes(), codes);
+        EXPECT_EQ (update.codes(), codes);
         EXPECT_EQ (update.controller.hostErrors(), std::vector<std::string> {});
 
         Seconds waited;
 
-        for (const auto& wait : update.link.waits)
+        for (const auto& wait : update.waits)
             waited.push_back (static_cast<int> (wait.limit / 1s));
 
         EXPECT_EQ (waited, limits.empty() ? waited : limits);
 
         const std::vector pauseAfterEachPoll (result ? codes.size() - codes.find ('2') : 0, 100ms);
-        EXPECT_EQ (update.link.pauses, result ? pauseAfterEachPoll : update.link.pauses);
+        EXPECT_EQ (update.pauses, result ? pauseAfterEachPoll : update.pauses);
     }
 }
 
@@ -113,10 +115,10 @@ TEST (Scenarios, anAnswerFromBeforeCountsForUpdateModeAlone)
     for (const auto& [before, result, codes] : cases)
     {
         Conversation update ({ 5 }, { { .kind = Fault::Kind::silent, .first = 1, .last = 1 } });
-        update.link.mailbox.store (before, false);
+        update.mailbox.store (before, false);
         EXPECT_EQ (update.run(), result);
-        EXPECT_EQ (update.link.codes(), codes);
-        EXPECT_EQ (update.link.now, 10s + (result ? 100ms : 0ms));
+        EXPECT_EQ (update.codes(), codes);
+        EXPECT_EQ (update.now, 10s + (result ? 100ms : 0ms));
     }
 }
 
@@ -162,10 +164,10 @@ TEST (Scenarios, theFirstFailureIsNamed)
     {
         SCOPED_TRACE (testing::Message() << faults << ' ' << stopAt);
         Conversation update (sizes, *parseFaultScript (faults));
-        update.link.stopAt = stopAt;
-        update.link.mailbox.store (before, false);
+        update.stopAt = stopAt;
+        update.mailbox.store (before, false);
 
-        UpdateSequence sequence (update.link, update.info, update.blocks);
+        UpdateSequence sequence (update, update.info, update.blocks);
         EXPECT_EQ (sequence.run(), expected.cause == none);
         EXPECT_EQ (sequence.failure(), expected);
     }
@@ -177,13 +179,13 @@ TEST (Scenarios, progressIsTheControllersOwnFigure)
 
     Conversation update ({ 126, 126 }, *parseFaultScript ("busy@4:2"), { .write = 1ms, .busyPolls = 1 });
     EXPECT_TRUE (update.run());
-    EXPECT_EQ (update.link.progress, (Fractions { 0, 0.5, 0.5, 0.5, 1.0, 1.0, 1.0 }));
+    EXPECT_EQ (update.progress, (Fractions { 0, 0.5, 0.5, 0.5, 1.0, 1.0, 1.0 }));
 
     // What no controller should say is shown as it is; what no step accepts is not shown.
     Conversation beyond ({ 126 }, *parseFaultScript ("late@4:1000,wrong@4:0xF9"));
-    beyond.link.schedule ({ .delay = 500ms, .report = { 0xF7, 150 } });
+    beyond.schedule ({ .delay = 500ms, .report = { 0xF7, 150 } });
     EXPECT_FALSE (beyond.run());
-    EXPECT_EQ (beyond.link.progress, (Fractions { 0, 1.5, 1.0 }));
+    EXPECT_EQ (beyond.progress, (Fractions { 0, 1.5, 1.0 }));
 }
 
 TEST (Scenarios, faultsThatCannotHappenAreRefused)

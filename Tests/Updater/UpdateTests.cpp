@@ -39,12 +39,13 @@ TEST (Update, isCompleteHoweverOftenStartIsPressed)
     EXPECT_EQ (fixture.requests.codes(), smallUpdate);
     EXPECT_EQ (fixture.updater->progress(), 1.0);
     EXPECT_EQ (fixture.quits, 0);
+    EXPECT_EQ (fixture.shown, (std::vector { UPDATER_STATUS_READY, UPDATER_STATUS_UPDATING, UPDATER_STATUS_COMPLETE }));
     expectReceived (fixture, smallPackage());
 }
 
 TEST (Update, noFirstAnswerIsLost)
 {
-    MessageLoop keepsTheToolkit;
+    MessageLoop keepsJuce;
 
     for (int i = 0; i < 200; ++i)
     {
@@ -57,7 +58,7 @@ TEST (Update, noFirstAnswerIsLost)
         // The worker asks for "updating" before it sends. An answer may outrun that on its way through the loop.
         if (isBeforeTheLoop)
         {
-            ASSERT_TRUE (fixture.requests.waitForFirst());
+            fixture.waitForFirst();
             fixture.pressOk();
             fixture.deliver ({ 0xF6, 1 });
             ASSERT_EQ (fixture.updater->status(), UPDATER_STATUS_UPDATING);
@@ -83,7 +84,7 @@ TEST (Update, survivesThousandsOfBursts)
 
 TEST (Update, aControllerThatCameBackInTheMiddleIsNeverComplete)
 {
-    MessageLoop keepsTheToolkit;
+    MessageLoop keepsJuce;
 
     for (std::size_t request = 2; request <= smallUpdate.size(); ++request)
     {
@@ -98,7 +99,7 @@ TEST (Update, aControllerThatCameBackInTheMiddleIsNeverComplete)
 
 TEST (Update, anUnplugCannotOverwriteItsStart)
 {
-    MessageLoop keepsTheToolkit;
+    MessageLoop keepsJuce;
 
     for (int i = 0; i < 400; ++i)
     {
@@ -121,8 +122,11 @@ TEST (Update, anUnplugCannotOverwriteItsStart)
 TEST (Update, asksAControllerAgainThatCameBackBeforeItAnswered)
 {
     UpdaterFixture fixture ("silent@1-99");
+    fixture.plugIn();
+    fixture.service.plugIn (nullptr);
     fixture.reach (UPDATER_STATUS_UPDATING);
     fixture.unplug();
+    EXPECT_EQ (fixture.updater->deviceVersion(), -1); // and no other one in its place
     fixture.plugIn();
     fixture.runUntilSent (2);
 }

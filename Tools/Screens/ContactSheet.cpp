@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Putting the sheets together.
+// Labelled pictures, put together to sheets and written as PNG.
 
 #include "ContactSheet.h"
 
