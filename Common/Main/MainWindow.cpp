@@ -5,6 +5,7 @@
 
 #include "Binary.h"
 
+#include <tuple>
 #include <utility>
 
 namespace wqv
@@ -24,6 +25,14 @@ MainWindow::MainWindow (const juce::String& name, Updater::Host host, std::span<
     getPeer()->setIcon (juce::ImageFileFormat::loadFrom (wqv_krv20_updater_128_png_pointer,
                                                          static_cast<std::size_t> (wqv_krv20_updater_128_png_length)));
     setVisible (true);
+}
+
+void MainWindow::disappear()
+{
+    setVisible (false);
+
+    // A question to the display, whose answer comes only after the window is gone.
+    std::ignore = juce::Desktop::getMousePosition();
 }
 
 } // namespace wqv

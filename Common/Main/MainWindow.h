@@ -22,7 +22,7 @@ public:
     MainWindow (const juce::String& name, Updater::Host host, std::span<const std::string> preferredLanguages);
 
     /** Takes the window off the screen at once, whatever keeps the message thread afterwards. */
-    void disappear() { content.disappear(); }
+    void disappear();
 
     /** Stops a running update, without a look at the display. */
     void abandonUpdate() { content.abandonUpdate(); }

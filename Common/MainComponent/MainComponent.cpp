@@ -6,7 +6,6 @@
 #include "ImageLoader.h"
 #include "TxtLoader.h"
 
-#include <tuple>
 #include <utility>
 
 namespace wqv
@@ -109,16 +108,6 @@ void MainComponent::updaterChanged()
 {
     updateCtrl();
     focusAction();
-}
-
-void MainComponent::disappear()
-{
-    auto& window = *getTopLevelComponent();
-    window.setVisible (false);
-
-    // A question to the display, whose answer comes only after the window is gone.
-    if (window.isOnDesktop())
-        std::ignore = juce::Desktop::getMousePosition();
 }
 
 void MainComponent::buttonClicked (juce::Button* button)

@@ -42,9 +42,6 @@ public:
     /** The text of the screen that is shown. */
     [[nodiscard]] const ScreenText& getText() const { return text; }
 
-    /** Takes the window off the screen at once, whatever keeps the message thread afterwards. */
-    void disappear();
-
     /** Stops a running update, without a look at the display. */
     void abandonUpdate() { updater.abandon(); }
 
@@ -60,7 +57,6 @@ public:
 
 private:
     void updaterChanged() override;
-    void updaterLeaving() override { disappear(); }
     void comboBoxChanged (juce::ComboBox* box) override;
     void buttonClicked (juce::Button* button) override;
     void timerCallback() override;

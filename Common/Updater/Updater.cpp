@@ -77,8 +77,7 @@ void Updater::updateSequence (UpdaterStatus_t next)
     if (currentStatus != UPDATER_STATUS_START && (! packageIsValid || isFinal))
         return;
 
-    // Whoever leaves an update has not waited for its outcome.
-    currentStatus = isLeaving && next == UPDATER_STATUS_COMPLETE ? UPDATER_STATUS_ERROR : next;
+    currentStatus = next;
 
     if (currentStatus != UPDATER_STATUS_UPDATING)
         isAwake.reset();
@@ -168,7 +167,6 @@ void Updater::leave()
 
 void Updater::abandon()
 {
-    isLeaving = true;
     engine->worker.stop();
 }
 
@@ -194,9 +192,8 @@ void Updater::startUpdate()
 
 void Updater::quitSequence()
 {
-    listener.updaterLeaving();
-    abandon();
-    host.quit();
+    if (! std::exchange (isLeaving, true))
+        host.quit();
 }
 
 /** The controller went away or came back: the worker's business if there is one, else that of the screen. */

@@ -33,9 +33,6 @@ public:
         /** The status was set, maybe to what it was: show it anew. */
         virtual void updaterChanged() = 0;
 
-        /** The program is about to end, and a write that the system holds may delay that: show nothing any more. */
-        virtual void updaterLeaving() = 0;
-
     protected:
         Listener() = default;
         Listener (const Listener&) = default;
@@ -48,7 +45,7 @@ public:
     {
         HidService& hidService;       ///< outlives the updater
         std::filesystem::path folder; ///< where the package lies; if empty, there is none
-        std::function<void()> quit;   ///< ends the program; may return at once
+        std::function<void()> quit;   ///< called once, when the user leaves; ends the program, maybe after its return
 
         /** Keeps the machine awake while what it returns lives: for an update. None for no such thing. */
         std::function<std::shared_ptr<void>()> keepAwake {};
@@ -79,7 +76,7 @@ public:
     /** The user presses the other button: ends the program. */
     void leave();
 
-    /** Stops a running update as leave() does, but calls nobody: for a program that ends in any case. */
+    /** Stops a running update, and calls nobody: for a program that ends. */
     void abandon();
 
 private:

@@ -146,7 +146,6 @@ protected:
     }
 
     void updaterChanged() override {}
-    void updaterLeaving() override {}
 
     // In the order of life: the made-up system is the last to go.
     std::unique_ptr<TestBed> bed;

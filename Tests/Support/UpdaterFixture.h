@@ -69,13 +69,11 @@ public:
     void pressCancel() { updater->leave(); }
 
     std::vector<UpdaterStatus_t> shown; ///< each status that the listener was told of
-    int leavings = 0;                   ///< how often the listener was told to show nothing any more
     std::function<void()> whenShown = [] {};
     std::optional<Updater> updater;
 
 private:
     void updaterChanged() override;
-    void updaterLeaving() override { ++leavings; }
 };
 
 } // namespace wqv
