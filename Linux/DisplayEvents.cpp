@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The toolkit's own way to empty the queue, taken without its condition.
+// JUCE's own way to empty the queue, taken without its condition, and one setting of the display.
 
-#define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1 // the toolkit's connection
+#define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1 // JUCE's connection
 
 #include "DisplayEvents.h"
 
 #include "JuceVersions.h"
 
+#include <X11/XKBlib.h>
 #include WQV_JUCE_EVENT_LOOP_INTERNAL
 
 namespace wqv
@@ -14,14 +15,21 @@ namespace wqv
 namespace
 {
 
+::Display* display()
+{
+    return juce::XWindowSystem::getInstance()->getDisplay();
+}
+
 void handleAll()
 {
-    auto* const display = juce::XWindowSystem::getInstance()->getDisplay();
-    juce::LinuxEventLoopInternal::invokeEventLoopCallbackForFd (XConnectionNumber (display));
+    juce::LinuxEventLoopInternal::invokeEventLoopCallbackForFd (XConnectionNumber (display()));
 }
 
 } // namespace
 
-DisplayEvents::DisplayEvents (juce::Component& window) : eachFrame (&window, handleAll) {}
+DisplayEvents::DisplayEvents (juce::Component& window) : eachFrame (&window, handleAll)
+{
+    XkbSetDetectableAutoRepeat (display(), True, nullptr);
+}
 
 } // namespace wqv

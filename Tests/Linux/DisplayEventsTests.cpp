@@ -4,9 +4,11 @@
 // First, since Xlib's macros have common names.
 #include <gtest/gtest.h>
 
-#define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1 // the toolkit's connection
+#define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1 // JUCE's connection
 
 #include "DisplayEvents.h"
+
+#include <X11/XKBlib.h>
 
 #include <functional>
 #include <memory>
@@ -47,6 +49,7 @@ TEST (DisplayEventsTests, HandlesWhatAQuestionToTheDisplayHasTakenOffTheConnecti
 
     UnseenWindow window;
     const DisplayEvents displayEvents (window);
+    EXPECT_TRUE (XkbGetDetectableAutoRepeat (connection, nullptr)); // a held key is not told as released
 
     XEvent close {};
     close.xclient.type = ClientMessage;
