@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Breaking text into lines, and squeezing them.
+// How text is broken into lines and squeezed.
 
 #include "FittedText.h"
 

@@ -4,7 +4,9 @@
 #pragma once
 
 #include "AlineButton.h"
+#include "KeyboardFocus.h"
 #include "LangLookAndFeel.h"
+#include "PressGuard.h"
 #include "ProgramLookAndFeel.h"
 #include "ProgressLookAndFeel.h"
 #include "ScreenText.h"
@@ -66,7 +68,6 @@ private:
     void updateCtrl();
     void updateButtons();
     void updateAccessibleTexts();
-    void focusAction();
     [[nodiscard]] bool showsWarning() const;
 
     /** Holds texts, pictures and typefaces while the panel lives. */
@@ -90,7 +91,8 @@ private:
     AlineButton okButton { "OK" };
     AlineButton cancelButton { "Cancel" };
 
-    bool focusIsDue = true; ///< as soon as the window has the keyboard
+    PressGuard pressGuard { *this };
+    KeyboardFocus keyboardFocus { *this, okButton, cancelButton };
 
     Updater updater; ///< the first to go: it stops the worker
 

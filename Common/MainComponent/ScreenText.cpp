@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Blocks of text: where they are, how large, in which words.
+// Which texts each screen has, where they stand and how large they are.
 
 #include "ScreenText.h"
 
