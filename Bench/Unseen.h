@@ -11,7 +11,6 @@ namespace wqv
 struct Unseen final : Updater::Listener
 {
     void updaterChanged() override {}
-    void updaterLeaving() override {}
 };
 
 } // namespace wqv

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Caption over background; keys and mouse.
+// How a push button is drawn, and the keys that press it.
 
 #include "AlineButton.h"
 
@@ -45,57 +45,14 @@ void AlineButton::paintButton (juce::Graphics& g, bool isMouseOver, bool isButto
         g, FontOptions (m_fontName, fontHeight, m_style), getButtonText(), getLocalBounds().reduced (inset), m_aline);
 }
 
-bool AlineButton::isPressingKeyDown()
-{
-    // The toolkit reports the Enter of the keypad as Return, but knows it by another code here.
-    constexpr int keypadEnter = 0x1000008d;
-
-    return juce::KeyPress::isKeyCurrentlyDown (juce::KeyPress::returnKey)
-           || juce::KeyPress::isKeyCurrentlyDown (keypadEnter)
-           || juce::KeyPress::isKeyCurrentlyDown (juce::KeyPress::spaceKey);
-}
-
-void AlineButton::ignoreHeldKeys()
-{
-    m_ignoresHeldKeys = isPressingKeyDown();
-}
-
-bool AlineButton::keyStateChanged (bool isAnyDown)
-{
-    if (m_ignoresHeldKeys && ! isPressingKeyDown())
-    {
-        m_ignoresHeldKeys = false;
-        m_releasedAt = juce::Time::getMillisecondCounter();
-    }
-
-    return Button::keyStateChanged (isAnyDown);
-}
-
 bool AlineButton::keyPressed (const juce::KeyPress& key)
 {
     if (! key.isKeyCode (juce::KeyPress::returnKey) && ! key.isKeyCode (juce::KeyPress::spaceKey))
         return false;
 
-    // The system repeats a key that is held, and what comes of that may look like a release and a press, faster than any
-    // hand.
-    constexpr juce::uint32 repeatGap = 50;
-
-    if (juce::Time::getMillisecondCounter() - m_releasedAt < repeatGap)
-        m_ignoresHeldKeys = true;
-
-    // At once, not by a message: a second key may be waiting already, and is to meet what the click has brought.
-    if (! m_ignoresHeldKeys)
-        internalClickCallback (key.getModifiers());
-
+    // At once, not by a message as JUCE does: a second key may be waiting already, and must find what this one has changed.
+    internalClickCallback (key.getModifiers());
     return true;
-}
-
-void AlineButton::mouseUp (const juce::MouseEvent& event)
-{
-    if (event.getNumberOfClicks() == 1)
-        Button::mouseUp (event);
-    else
-        setState (isMouseOver() ? buttonOver : buttonNormal);
 }
 
 } // namespace wqv

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The program's push button.
+// The push button: its caption and its keys.
 
 #pragma once
 
@@ -11,7 +11,7 @@ namespace wqv
 {
 
 /** A push button whose caption has an alignment, a typeface and a style of its own. Return and Space press it while it has
-    the keyboard, and an outline around it then shows that. Message thread only. */
+    the keyboard. Message thread only. */
 class AlineButton final : public juce::Button
 {
 public:
@@ -25,32 +25,21 @@ public:
 
     // These take effect when the button is painted next; they do not ask for that.
 
+    /** No button of ours has another alignment than the first: for those who build on this class. */
     void setAline (juce::Justification alignment) { m_aline = alignment; }
     void setFont (const juce::String& typefaceName) { m_fontName = typefaceName; }
 
     /** @param style  juce::Font::FontStyleFlags */
     void setStyle (int style) { m_style = style; }
 
-    /** The button now means something else: of the keys that are down, none counts before it was released. */
-    void ignoreHeldKeys();
-
     void paintButton (juce::Graphics& g, bool isMouseOver, bool isButtonDown) override;
     bool keyPressed (const juce::KeyPress& key) override;
-    bool keyStateChanged (bool isAnyDown) override;
-
-    /** Presses the button, but not by the second press of a double click: that was meant for what the button was at the
-        first. */
-    void mouseUp (const juce::MouseEvent& event) override;
 
 private:
-    [[nodiscard]] static bool isPressingKeyDown();
-
     BtnLookAndFeel m_lookAndFeel;
     juce::Justification m_aline { juce::Justification::centred };
     juce::String m_fontName;
     int m_style = juce::Font::plain;
-    bool m_ignoresHeldKeys = false;
-    juce::uint32 m_releasedAt = 0; ///< when such a key was, on the toolkit's clock in milliseconds
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (AlineButton)
 };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The look of the program's push buttons.
+// The look of a push button's background.
 
 #pragma once
 
@@ -12,15 +12,6 @@ namespace wqv
 class BtnLookAndFeel final : public juce::LookAndFeel_V2
 {
 public:
-    /** Which sides of a background are joined to something, so that their corners are not rounded. */
-    struct FlatSides
-    {
-        bool left = false;
-        bool right = false;
-        bool top = false;
-        bool bottom = false;
-    };
-
     void drawButtonBackground (juce::Graphics& g,
                                juce::Button& button,
                                const juce::Colour& backgroundColour,
@@ -36,7 +27,6 @@ public:
                                 juce::Colour colour,
                                 float outlineThickness,
                                 float cornerSize,
-                                FlatSides flat,
                                 bool isPressed);
 };
 

@@ -19,10 +19,11 @@ public:
     /** The name in the closed box. */
     void drawLabel (juce::Graphics& g, juce::Label& label) override;
 
-    /** The menu opens below its box: JUCE 8.0.6 would else lay it over the box, so that the selected item is where it was, and
-        cut it at the top of the screen. */
+    /** The menu opens below its box. JUCE 8.0.6 would otherwise lay it over the box and cut it at the top of the screen;
+        7.0.5 puts it below anyway. */
     juce::PopupMenu::Options getOptionsForComboBoxPopupMenu (juce::ComboBox& box, juce::Label& label) override;
 
+    /** A language's name; the menu has no other items. */
     void drawPopupMenuItem (juce::Graphics& g,
                             const juce::Rectangle<int>& area,
                             bool isSeparator,

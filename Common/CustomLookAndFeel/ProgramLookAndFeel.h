@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The program's default look: JUCE's own, with the embedded typefaces.
+// The look of everything that has no look of its own: it gives all texts their typefaces.
 
 #pragma once
 
@@ -10,7 +10,7 @@
 namespace wqv
 {
 
-/** As the default look it is asked for every font. */
+/** JUCE's look with the embedded typefaces. JUCE asks the default look for the typeface of every font. */
 class ProgramLookAndFeel final : public juce::LookAndFeel_V2
 {
 public:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Drawing the progress bar.
+// How the progress bar is drawn: its gradient and the percentage.
 
 #include "ProgressLookAndFeel.h"
 

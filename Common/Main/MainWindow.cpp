@@ -5,6 +5,7 @@
 
 #include "EmbeddedFiles.h"
 
+#include <tuple>
 #include <utility>
 
 namespace wqv
@@ -27,6 +28,14 @@ void MainWindow::appear()
     getPeer()->setIcon (
         juce::ImageFileFormat::loadFrom (wqv_krv20_updater_128_png.data(), wqv_krv20_updater_128_png.size()));
     setVisible (true);
+}
+
+void MainWindow::disappear()
+{
+    setVisible (false);
+
+    // A question to the display, whose answer comes only after the window is gone.
+    std::ignore = juce::Desktop::getMousePosition();
 }
 
 } // namespace wqv

@@ -24,7 +24,7 @@ public:
     void appear();
 
     /** Takes the window off the screen at once, whatever keeps the message thread afterwards. */
-    void disappear() { content.disappear(); }
+    void disappear();
 
     /** Stops a running update, without a look at the display. */
     void abandonUpdate() { content.abandonUpdate(); }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Breaks text into lines, and squeezes lines that are too wide.
+// How text is broken into lines and squeezed.
 
 #include "FittedText.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Drawing the sign.
+// The sign's shape, colours and character.
 
 #include "Icon.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A vector drawing of a round or triangular sign.
+// A round or triangular sign, drawn by hand.
 
 #pragma once
 
@@ -8,7 +8,8 @@
 namespace wqv
 {
 
-/** Draws a sign into the square in which the panel draws its warning picture. No screen shows it.
+/** Draws a sign into the square in which the panel draws its warning picture. No screen shows it: for those who
+    build on this program.
     @param kind  0: nothing; 2: a yellow triangle with "!"; 3: a white disc with "i"; any other: a white disc with "?" */
 void drawIcon (juce::Graphics& g, int kind);
 

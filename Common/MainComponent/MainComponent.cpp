@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The panel's controls and painting.
+// How the panel's controls and picture follow the updater, and its calls from the controls.
 
 #include "MainComponent.h"
 
@@ -7,7 +7,6 @@
 #include "JuceVersions.h"
 #include "TxtLoader.h"
 
-#include <tuple>
 #include <utility>
 
 namespace wqv
@@ -20,15 +19,28 @@ const juce::Colour BackgroundColour (234, 234, 234);
 
 const juce::Rectangle<int> warningArea (20, 15, 64, 64);
 
-/** Shows which button has the keyboard. */
-void drawLineAround (juce::Graphics& g, juce::Rectangle<int> button)
+/** What the buttons say; empty where there is no such button. */
+struct Captions
 {
-    constexpr float distance = 3.0f;
-    constexpr float thickness = 2.0f;
-    const auto line = button.toFloat().expanded (distance);
+    TextId ok = TextId::empty;
+    TextId cancel = TextId::empty;
+};
 
-    g.setColour (juce::Colour (82, 156, 231));
-    g.drawRoundedRectangle (line, line.getHeight() / 2.0f, thickness);
+Captions captionsOf (UpdaterStatus_t status, bool packageValid)
+{
+    if (status == UPDATER_STATUS_START)
+        return { .ok = TextId::ok, .cancel = TextId::cancel };
+
+    if (! packageValid || status == UPDATER_STATUS_COMPLETE || status == UPDATER_STATUS_ERROR)
+        return { .cancel = TextId::ok };
+
+    if (status == UPDATER_STATUS_UPDATING)
+        return {};
+
+    if (status == UPDATER_STATUS_READY)
+        return { .ok = TextId::start, .cancel = TextId::close };
+
+    return { .cancel = TextId::close };
 }
 
 /** Item ids begin at 1. A language that is not offered leaves its id out. */
@@ -68,15 +80,12 @@ MainComponent::MainComponent (Updater::Host host, std::span<const std::string> p
 
     addAndMakeVisible (progressBar);
     progressBar.setLookAndFeel (&progressLookAndFeel);
-    progressBar.setColour (juce::ProgressBar::foregroundColourId, juce::Colour (61, 61, 61));
     progressBar.setColour (juce::ProgressBar::backgroundColourId, juce::Colour (8, 8, 8));
+    progressBar.setColour (juce::ProgressBar::foregroundColourId, juce::Colour (61, 61, 61)); // for other looks
 
     addButton (okButton);
     addButton (cancelButton);
 
-    setWantsKeyboardFocus (true);
-    setMouseClickGrabsKeyboardFocus (false);
-    setFocusContainerType (FocusContainerType::keyboardFocusContainer); // so that Tab goes round between the buttons
     setSize (panelWidth, panelHeight);
 }
 
@@ -109,21 +118,19 @@ void MainComponent::addButton (AlineButton& button)
 void MainComponent::updaterChanged()
 {
     updateCtrl();
-    focusAction();
-}
+    pressGuard.screenChanged();
 
-void MainComponent::disappear()
-{
-    auto& window = *getTopLevelComponent();
-    window.setVisible (false);
-
-    // A question to the display, whose answer comes only after the window is gone.
-    if (window.isOnDesktop())
-        std::ignore = juce::Desktop::getMousePosition();
+    // Not to Start, which nobody is to press who has not looked for it.
+    keyboardFocus.screenChanged (updater.status() == UPDATER_STATUS_START ? &okButton
+                                 : okButton.isVisible()                   ? nullptr
+                                                                          : &cancelButton);
 }
 
 void MainComponent::buttonClicked (juce::Button* button)
 {
+    if (pressGuard.pressIsOld())
+        return;
+
     if (button == &okButton)
         updater.confirm();
     else if (button == &cancelButton)
@@ -194,54 +201,26 @@ void MainComponent::updateCtrl()
 /** The button on the right is the one that goes on; where a screen has only one, that is its place. */
 void MainComponent::updateButtons()
 {
-    struct Captions
-    {
-        bool isShown = true;
-        TextId ok = TextId::empty; ///< empty: the button is hidden
-        TextId cancel = TextId::empty;
-    };
-
-    const auto captions = [this]() -> Captions
-    {
-        const auto status = updater.status();
-
-        if (status == UPDATER_STATUS_START)
-            return { .ok = TextId::ok, .cancel = TextId::cancel };
-
-        if (! updater.packageValid() || status == UPDATER_STATUS_COMPLETE || status == UPDATER_STATUS_ERROR)
-            return { .cancel = TextId::ok };
-
-        if (status == UPDATER_STATUS_UPDATING)
-            return { .isShown = false };
-
-        if (status == UPDATER_STATUS_READY)
-            return { .ok = TextId::start, .cancel = TextId::close };
-
-        return { .cancel = TextId::close };
-    }();
-
     const juce::Rectangle<int> rightPlace (getWidth() - 120, getHeight() - 40, 100, 20);
     const juce::Rectangle<int> leftPlace (getWidth() - 230, getHeight() - 40, 100, 20);
     const auto& texts = *TxtLoader::getInstance();
-    const auto hasOk = captions.ok != TextId::empty;
+    const auto captions = captionsOf (updater.status(), updater.packageValid());
 
-    okButton.setVisible (captions.isShown && hasOk);
-    cancelButton.setVisible (captions.isShown);
+    for (const auto& [button, caption] :
+         { std::pair (&okButton, captions.ok), std::pair (&cancelButton, captions.cancel) })
+    {
+        button->setVisible (caption != TextId::empty);
+        button->setFont (texts.getFont());
+
+        if (button->isVisible())
+            button->setButtonText (texts.getString (caption));
+    }
 
     okButton.setBounds (rightPlace);
-    cancelButton.setBounds (hasOk ? leftPlace : rightPlace);
-
-    if (hasOk)
-        okButton.setButtonText (texts.getString (captions.ok));
-
-    if (captions.isShown)
-        cancelButton.setButtonText (texts.getString (captions.cancel));
-
-    for (auto* const button : { &okButton, &cancelButton })
-        button->setFont (texts.getFont());
+    cancelButton.setBounds (okButton.isVisible() ? leftPlace : rightPlace);
 }
 
-/** What a screen reader would read, if the toolkit handed it over; on X11 it does not. */
+/** What a screen reader would read, if JUCE handed it over; on X11 it does not (7.0.5, 8.0.6). */
 void MainComponent::updateAccessibleTexts()
 {
     const auto& texts = *TxtLoader::getInstance();
@@ -255,52 +234,21 @@ void MainComponent::updateAccessibleTexts()
         button->setTitle (button->getButtonText());
 }
 
-/** Gives the keyboard to the button that goes on from the screen that has just come. Not to Start, which nobody is to
-    press who has not looked at it: there the panel has the keyboard, and Tab leads to the buttons. */
-void MainComponent::focusAction()
-{
-    const auto* const peer = getPeer();
-
-    // A window in the background does not take the keyboard away from the one in front.
-    focusIsDue = peer == nullptr || ! peer->isFocused();
-
-    if (focusIsDue)
-        return;
-
-    auto* const action = updater.status() == UPDATER_STATUS_START             ? &okButton
-                         : cancelButton.isVisible() && ! okButton.isVisible() ? &cancelButton
-                                                                              : nullptr;
-
-    if (action == nullptr)
-    {
-        grabKeyboardFocus();
-        return;
-    }
-
-    action->ignoreHeldKeys();
-    action->grabKeyboardFocus();
-}
-
 void MainComponent::focusGained (FocusChangeType /*cause*/)
 {
-    focusAction();
+    keyboardFocus.focusGained();
 }
 
 void MainComponent::focusOfChildComponentChanged (FocusChangeType /*cause*/)
 {
-    repaint();
-
-    if (focusIsDue)
-        focusAction();
+    pressGuard.keyboardCame();
+    keyboardFocus.focusOfChildComponentChanged();
 }
 
 bool MainComponent::keyPressed (const juce::KeyPress& key)
 {
-    if (key.isKeyCode (juce::KeyPress::tabKey) && hasKeyboardFocus (false) && cancelButton.isVisible())
-    {
-        (key.getModifiers().isShiftDown() && okButton.isVisible() ? okButton : cancelButton).grabKeyboardFocus();
+    if (keyboardFocus.keyPressed (key))
         return true;
-    }
 
     const auto step = key.isKeyCode (juce::KeyPress::downKey) ? 1 : key.isKeyCode (juce::KeyPress::upKey) ? -1 : 0;
 
@@ -346,9 +294,7 @@ void MainComponent::paint (juce::Graphics& g)
     g.setColour (juce::Colours::black);
     text.draw (g);
 
-    for (const auto* const button : { &okButton, &cancelButton })
-        if (button->hasKeyboardFocus (false))
-            drawLineAround (g, button->getBounds());
+    keyboardFocus.paint (g);
 }
 
 } // namespace wqv

@@ -4,7 +4,9 @@
 #pragma once
 
 #include "AlineButton.h"
+#include "KeyboardFocus.h"
 #include "LangLookAndFeel.h"
+#include "PressGuard.h"
 #include "ProgramLookAndFeel.h"
 #include "ProgressLookAndFeel.h"
 #include "ScreenText.h"
@@ -46,9 +48,6 @@ public:
     /** The text of the screen that is shown. */
     [[nodiscard]] const ScreenText& getText() const { return text; }
 
-    /** Takes the window off the screen at once, whatever keeps the message thread afterwards. */
-    void disappear();
-
     /** Stops a running update, without a look at the display. */
     void abandonUpdate() { updater.abandon(); }
 
@@ -64,7 +63,6 @@ public:
 
 private:
     void updaterChanged() override;
-    void updaterLeaving() override { disappear(); }
     void comboBoxChanged (juce::ComboBox* box) override;
     void buttonClicked (juce::Button* button) override;
     void timerCallback() override;
@@ -74,7 +72,6 @@ private:
     void updateCtrl();
     void updateButtons();
     void updateAccessibleTexts();
-    void focusAction();
     [[nodiscard]] bool showsWarning() const;
 
     /** Holds texts, pictures and typefaces while the panel lives. */
@@ -98,7 +95,8 @@ private:
     AlineButton okButton { "OK" };
     AlineButton cancelButton { "Cancel" };
 
-    bool focusIsDue = true; ///< as soon as the window has the keyboard
+    PressGuard pressGuard { *this };
+    KeyboardFocus keyboardFocus { *this, okButton, cancelButton };
 
     Updater updater; ///< the first to go: it stops the worker
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The blocks of text of each screen: their words, places and fonts.
+// Which texts each screen has, where they stand and how large they are.
 
 #include "ScreenText.h"
 

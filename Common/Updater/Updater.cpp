@@ -82,8 +82,7 @@ void Updater::updateSequence (UpdaterStatus_t next)
     if (currentStatus != UPDATER_STATUS_START && (! packageIsValid || isFinal))
         return;
 
-    // An update that the user leaves is never shown as complete.
-    currentStatus = isLeaving && next == UPDATER_STATUS_COMPLETE ? UPDATER_STATUS_ERROR : next;
+    currentStatus = next;
 
     if (currentStatus != UPDATER_STATUS_UPDATING)
         isAwake.reset();
@@ -166,7 +165,6 @@ void Updater::leave()
 
 void Updater::abandon()
 {
-    isLeaving = true;
     engine->worker.stop();
 }
 
@@ -192,9 +190,8 @@ void Updater::startUpdate()
 
 void Updater::quitSequence()
 {
-    listener.updaterLeaving();
-    abandon();
-    host.quit();
+    if (! std::exchange (isLeaving, true))
+        host.quit();
 }
 
 /** The controller went away or came back: a worker that runs is told; otherwise the screen changes. */

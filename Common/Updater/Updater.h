@@ -34,9 +34,6 @@ public:
         /** The status was set, perhaps to the one that it had: show it again. */
         virtual void updaterChanged() = 0;
 
-        /** The program is about to end, and a write that the system holds may delay that: show nothing any more. */
-        virtual void updaterLeaving() = 0;
-
     protected:
         Listener() = default;
         Listener (const Listener&) = default;
@@ -49,7 +46,7 @@ public:
     {
         HidService& hidService;       ///< outlives the updater
         std::filesystem::path folder; ///< where the package lies; if empty, there is none
-        std::function<void()> quit;   ///< ends the program; may return at once
+        std::function<void()> quit;   ///< called once, when the user leaves; ends the program, maybe after its return
 
         /** Keeps the machine awake for as long as what it returns lives; called at the start of an update. May be
             empty. */
@@ -85,7 +82,7 @@ public:
     /** The user presses the other button: ends the program. */
     void leave();
 
-    /** Stops a running update as leave() does, but calls neither listener nor host: the program is ending already. */
+    /** Stops a running update, and calls neither listener nor host: for a program that ends. */
     void abandon();
 
 private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Handling all events in Xlib's queue, by JUCE's own way.
+// JUCE's own way to empty Xlib's queue, called at every frame, and a setting for held keys.
 
 #define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1 // JUCE's connection
 
@@ -7,6 +7,7 @@
 
 #include "JuceVersions.h"
 
+#include <X11/XKBlib.h>
 #include WQV_JUCE_EVENT_LOOP_INTERNAL
 
 namespace wqv
@@ -14,14 +15,21 @@ namespace wqv
 namespace
 {
 
+::Display* display()
+{
+    return juce::XWindowSystem::getInstance()->getDisplay();
+}
+
 void handleAll()
 {
-    auto* const display = juce::XWindowSystem::getInstance()->getDisplay();
-    juce::LinuxEventLoopInternal::invokeEventLoopCallbackForFd (XConnectionNumber (display));
+    juce::LinuxEventLoopInternal::invokeEventLoopCallbackForFd (XConnectionNumber (display()));
 }
 
 } // namespace
 
-DisplayEvents::DisplayEvents (juce::Component& window) : eachFrame (&window, handleAll) {}
+DisplayEvents::DisplayEvents (juce::Component& window) : eachFrame (&window, handleAll)
+{
+    XkbSetDetectableAutoRepeat (display(), True, nullptr);
+}
 
 } // namespace wqv

@@ -8,6 +8,8 @@
 
 #include "DisplayEvents.h"
 
+#include <X11/XKBlib.h>
+
 #include <functional>
 #include <memory>
 
@@ -47,6 +49,7 @@ TEST (DisplayEventsTests, HandlesWhatAQuestionToTheDisplayHasTakenOffTheConnecti
 
     UnseenWindow window;
     const DisplayEvents displayEvents (window);
+    EXPECT_TRUE (XkbGetDetectableAutoRepeat (connection, nullptr)); // a held key is not told as released
 
     XEvent close {};
     close.xclient.type = ClientMessage;

@@ -152,7 +152,6 @@ public:
     void pressCancel() { updater->leave(); }
 
     std::vector<UpdaterStatus_t> shown; ///< each status that the listener was told of
-    int leavings = 0;                   ///< how often the listener was told to show nothing any more
     std::function<void()> whenShown = [] {};
     std::optional<Updater> updater;
 
@@ -162,8 +161,6 @@ private:
         shown.push_back (updater->status());
         whenShown();
     }
-
-    void updaterLeaving() override { ++leavings; }
 };
 
 } // namespace wqv

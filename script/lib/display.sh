@@ -165,14 +165,14 @@ picture()
     [[ $1 == "$scratch"/* ]] || say "  ${1##*/}"
 }
 
-# click X Y: the left button at a place in the window's client area; notes when, in told_at.
+# click X Y [OPTIONS]: the left button at a place in the window's client area, as xdotool's options say; notes when, in told_at.
 click()
 {
     # shellcheck disable=SC2034 # expect_end reads it
     told_at=$(milliseconds)
     # On a fast machine two clicks at one place would be a double click.
     aside=$((20 - ${aside:-20}))
-    timeout 5 xdotool mousemove --window "$window" $(($1 + aside)) "$2" click 1 || fail "no click at $1,$2"
+    timeout 5 xdotool mousemove --window "$window" $(($1 + aside)) "$2" click "${@:3}" 1 || fail "no click at $1,$2"
 }
 
 # press KEY...: one after another, for the program; notes when, in told_at.
