@@ -18,7 +18,7 @@ if (CMAKE_SCRIPT_MODE_FILE STREQUAL CMAKE_CURRENT_LIST_FILE)
     return()
 endif()
 
-# Adds the target TARGET, which makes OUTPUT_DIRECTORY/WQV-KRV20_UP.upd: version 1.05 with three blocks, the first
+# Adds the target TARGET, which makes OUTPUT_DIRECTORY/WQV-KRV20_UP.upd, its property WQV_FILE: version 1.05 with three blocks, the first
 # plain, the second not to be written, the third scrambled.
 #   wqv_add_sample_package (TARGET OUTPUT_DIRECTORY)
 function (wqv_add_sample_package target outputDirectory)
@@ -54,4 +54,5 @@ function (wqv_add_sample_package target outputDirectory)
         VERBATIM)
 
     add_custom_target (${target} DEPENDS "${package}")
+    set_target_properties (${target} PROPERTIES WQV_FILE "${package}")
 endfunction()
