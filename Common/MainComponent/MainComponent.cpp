@@ -220,7 +220,7 @@ void MainComponent::updateButtons()
     cancelButton.setBounds (okButton.isVisible() ? leftPlace : rightPlace);
 }
 
-/** What a screen reader would read, if JUCE handed it over; on X11 it does not (7.0.5, 8.0.6). */
+/** What a screen reader would read, where JUCE hands it over. */
 void MainComponent::updateAccessibleTexts()
 {
     const auto& texts = *TxtLoader::getInstance();

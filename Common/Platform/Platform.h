@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the program asks of a system: the seam behind which Linux/ and its like stand.
+// What the program asks of a system: the seam behind which the folders of the systems stand.
 
 #pragma once
 
