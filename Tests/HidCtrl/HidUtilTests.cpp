@@ -31,6 +31,7 @@ TEST_F (HidUtilTest, takesTheFirstLocationThatFits)
 
     service.listed[1].productId ^= 2;
     service.listed[2].vendorId ^= 1;
+    service.listed[3].outputReportLength = 0; // fits least, but the place counts first
 
     ASSERT_TRUE (transport.initialize (handler, 1));
     EXPECT_TRUE (transport.deviceMatching());
