@@ -96,6 +96,13 @@ TEST_F (HidUtilTest, takesTheInterfaceThatHoldsTheConversation)
     service.listener->deviceAttached (service.listed[0]);
     service.listener->deviceAttached (service.listed[1]);
     EXPECT_EQ (service.opened.back(), 4u);
+
+    // What is sent while another one is being opened counts too.
+    service.listener->deviceRemoved (4);
+    service.listener->deviceAttached (service.listed[0]);
+    service.onOpen = [this] { EXPECT_TRUE (transport.deviceOutput (request)); };
+    service.listener->deviceAttached (service.listed[1]);
+    EXPECT_EQ (service.closed.back(), 4u);
 }
 
 TEST_F (HidUtilTest, withoutPackageNothingIsEverOpened)
