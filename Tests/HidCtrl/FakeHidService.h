@@ -69,6 +69,7 @@ public:
     [[nodiscard]] Opened open (HidDeviceId device, ReportBuffer& buffer) override
     {
         opened.push_back (device);
+        onOpen();
         reportBuffer = &buffer;
 
         if (const auto refused = refusals.find (device); refused != refusals.end())
@@ -78,8 +79,9 @@ public:
     }
 
     std::vector<HidDevice> listed;
-    int listings = 0;                                        ///< how often devices() was asked
-    std::map<HidDeviceId, OpenResult> refusals;              ///< what open() answers for these
+    int listings = 0;                           ///< how often devices() was asked
+    std::map<HidDeviceId, OpenResult> refusals; ///< what open() answers for these
+    std::function<void()> onOpen = [] {};
     std::function<void (HidDeviceId)> onSend = [] (auto) {}; ///< called where a connection writes
 
     Listener* listener = nullptr;

@@ -158,7 +158,7 @@ TEST_F (HidCtrlTest, aWriteInProgressKeepsItsOwnConnection)
 
 TEST_F (HidCtrlTest, aRequestNeverOverwritesARemoval)
 {
-    constexpr HidDeviceId rounds = 100000;
+    constexpr HidDeviceId rounds = 50000;
     std::atomic<HidDeviceId> begun { 0 }, ended { 0 };
 
     // Each round meets at another instant.

@@ -31,6 +31,7 @@ TEST_F (HidUtilTest, takesTheFirstLocationThatFits)
 
     service.listed[1].productId ^= 2;
     service.listed[2].vendorId ^= 1;
+    service.listed[3].outputReportLength = 0; // fits least, but the place counts first
 
     ASSERT_TRUE (transport.initialize (handler, 1));
     EXPECT_TRUE (transport.deviceMatching());
@@ -95,6 +96,13 @@ TEST_F (HidUtilTest, takesTheInterfaceThatHoldsTheConversation)
     service.listener->deviceAttached (service.listed[0]);
     service.listener->deviceAttached (service.listed[1]);
     EXPECT_EQ (service.opened.back(), 4u);
+
+    // What is sent while another one is being opened counts too.
+    service.listener->deviceRemoved (4);
+    service.listener->deviceAttached (service.listed[0]);
+    service.onOpen = [this] { EXPECT_TRUE (transport.deviceOutput (request)); };
+    service.listener->deviceAttached (service.listed[1]);
+    EXPECT_EQ (service.closed.back(), 4u);
 }
 
 TEST_F (HidUtilTest, withoutPackageNothingIsEverOpened)

@@ -68,7 +68,7 @@ public:
                  .keepAwake =
                      [this]
                  {
-                     const auto held = std::make_shared<bool> (true);
+                     auto held = std::make_shared<bool> (true);
                      awake = held;
                      return held;
                  } };
