@@ -11,7 +11,8 @@ namespace wqv
 
 juce::Typeface::Ptr EmbeddedTypefaces::find (const juce::Font& font)
 {
-    const auto named = std::ranges::find (fontList, font.getTypefaceName(), &EmbeddedFamily::name);
+    const auto named = std::ranges::find_if (
+        fontList, [name = font.getTypefaceName()] (const EmbeddedFamily& family) { return name == family.name; });
     const auto& embedded = named != fontList.end() ? *named : fontList.front();
     auto& family = families[static_cast<std::size_t> (&embedded - fontList.data())];
     auto& typeface = font.isBold() ? family.bold : family.regular;
