@@ -4,6 +4,7 @@
 #include "VirtualController.h"
 
 #include "Checksums.h"
+#include "FirmwareVersion.h"
 
 #include <algorithm>
 #include <numeric>
@@ -46,12 +47,6 @@ bool agrees (ResponseCode answer, RequestCode request)
 std::int32_t binaryCodedDecimal (std::int32_t number)
 {
     return number / 1000 % 10 * 4096 + number / 100 % 10 * 256 + number / 10 % 10 * 16 + number % 10;
-}
-
-std::string versionText (std::int32_t bcd)
-{
-    const auto digit = [bcd] (int place) { return static_cast<char> ('0' + (bcd >> (4 * place)) % 16); };
-    return { digit (2), '.', digit (1), digit (0) };
 }
 
 } // namespace
@@ -97,8 +92,9 @@ void VirtualController::happens (const Event& event)
 
     answerIsOwed = false;
     phase = Phase::normal;
-    note (event.kind == Event::Kind::unplug ? "controller unplugged"
-                                            : "controller plugged in, firmware version " + versionText (version));
+    note (event.kind == Event::Kind::unplug
+              ? "controller unplugged"
+              : "controller plugged in, firmware version " + firmwareVersionText (version));
 }
 
 VirtualController::Reaction VirtualController::answerTo (std::span<const std::uint8_t> report)
@@ -158,7 +154,7 @@ VirtualController::Reaction VirtualController::takeSummary (std::span<const std:
     wasUpdating = true;
     pollsLeft = pace.busyPolls;
     note ("summary received, " + std::to_string (blocks.size()) + " blocks, version "
-          + versionText (binaryCodedDecimal (offeredVersion)));
+          + firmwareVersionText (binaryCodedDecimal (offeredVersion)));
     return answer (ResponseCode::summaryAccepted, 0, {});
 }
 
@@ -225,14 +221,14 @@ VirtualController::Reaction VirtualController::finish (std::span<const std::uint
         return answer (ResponseCode::busy, percentage(), pace.complete / pace.busyPolls);
 
     phase = Phase::finished;
-    wasUpdating = false;
 
-    hasNewFirmware = isWhole();
+    if (std::exchange (wasUpdating, false))
+        hasNewFirmware = isWhole();
 
     if (hasNewFirmware)
         version = binaryCodedDecimal (offeredVersion);
 
-    note (hasNewFirmware ? "update finished, firmware version " + versionText (version) : "update broken off");
+    note (hasNewFirmware ? "update finished, firmware version " + firmwareVersionText (version) : "update broken off");
     return answer (ResponseCode::updateFinished, 100, {});
 }
 

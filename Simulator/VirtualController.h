@@ -66,6 +66,9 @@ public:
     /** Hears of each step of an update, as a line of text for people; called inside the operations below. */
     void setLog (std::function<void (const std::string&)> logToUse) { log = std::move (logToUse); }
 
+    /** Sets the firmware version to begin with, in BCD; 1.00 otherwise. */
+    void setVersionNumber (std::int32_t bcd) { version = bcd; }
+
     /** Takes one output report. */
     [[nodiscard]] Reaction receive (std::span<const std::uint8_t> report);
 
