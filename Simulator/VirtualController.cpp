@@ -79,6 +79,10 @@ VirtualController::Reaction VirtualController::receive (std::span<const std::uin
     const std::pair before { phase, wasUpdating };
     auto reaction = answerTo (report);
     applyFaults (reaction, code, before);
+
+    if (leavesBus)
+        restart (reaction, before.first);
+
     return reaction;
 }
 
@@ -91,10 +95,13 @@ void VirtualController::happens (const Event& event)
     }
 
     answerIsOwed = false;
-    phase = Phase::normal;
-    note (event.kind == Event::Kind::unplug
-              ? "controller unplugged"
-              : "controller plugged in, firmware version " + firmwareVersionText (version));
+    phase = event.startsInUpdateMode ? Phase::updateMode : Phase::normal;
+
+    if (event.kind == Event::Kind::unplug)
+        note ("controller unplugged");
+    else
+        note (std::string ("controller plugged in") + (event.startsInUpdateMode ? " in update mode" : "")
+              + ", firmware version " + firmwareVersionText (version));
 }
 
 VirtualController::Reaction VirtualController::answerTo (std::span<const std::uint8_t> report)
@@ -117,13 +124,14 @@ VirtualController::Reaction VirtualController::enterUpdateMode (std::span<const 
     expect (phase == Phase::normal || phase == Phase::updateMode, "update mode asked for in the middle of an update");
     expectZeros (report.subspan (1), "enter update mode");
 
+    const auto delay = leavesBus && phase == Phase::updateMode ? Milliseconds {} : pace.restart;
     phase = Phase::updateMode;
     hasNewFirmware = false;
     received.clear();
     blocks.clear();
     currentBlock = 0;
     note ("update mode entered");
-    return answer (ResponseCode::updateMode, static_cast<std::uint8_t> (ModeStatus::entered), pace.restart);
+    return answer (ResponseCode::updateMode, static_cast<std::uint8_t> (ModeStatus::entered), delay);
 }
 
 VirtualController::Reaction VirtualController::takeSummary (std::span<const std::uint8_t> report)
@@ -301,6 +309,26 @@ void VirtualController::applyFaults (Reaction& reaction, RequestCode request, st
                 break;
             }
         }
+    }
+}
+
+/** Puts a restart in the place of the answer that it takes the controller for, or after it. */
+void VirtualController::restart (Reaction& reaction, Phase before) const
+{
+    if (reaction.events.empty() || reaction.events.back().report.size() < 2)
+        return;
+
+    const auto delay = reaction.events.back().delay;
+
+    // The request that makes it restart gets no answer: the host asks again.
+    if (before == Phase::normal && phase == Phase::updateMode)
+        reaction.events = { { .kind = Event::Kind::unplug },
+                            { .kind = Event::Kind::plugIn, .delay = delay, .startsInUpdateMode = true } };
+
+    if (phase == Phase::finished)
+    {
+        reaction.events.push_back ({ .kind = Event::Kind::unplug, .delay = delay });
+        reaction.events.push_back ({ .kind = Event::Kind::plugIn, .delay = delay + pace.restart });
     }
 }
 
