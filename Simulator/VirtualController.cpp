@@ -4,6 +4,7 @@
 #include "VirtualController.h"
 
 #include "Checksums.h"
+#include "FirmwareVersion.h"
 #include "LittleEndian.h"
 
 #include <algorithm>
@@ -40,12 +41,6 @@ std::int32_t binaryCodedDecimal (std::int32_t number)
     return number / 1000 % 10 * 4096 + number / 100 % 10 * 256 + number / 10 % 10 * 16 + number % 10;
 }
 
-std::string versionText (std::int32_t bcd)
-{
-    const auto digit = [bcd] (int place) { return static_cast<char> ('0' + (bcd >> (4 * place)) % 16); };
-    return { digit (2), '.', digit (1), digit (0) };
-}
-
 } // namespace
 
 VirtualController::VirtualController (FaultScript script, ControllerPace paceToKeep)
@@ -76,6 +71,10 @@ VirtualController::Reaction VirtualController::receive (std::span<const std::uin
     const std::pair before { phase, wasUpdating };
     auto reaction = answerTo (report);
     applyFaults (reaction, code, before);
+
+    if (leavesBus)
+        restart (reaction, before.first);
+
     return reaction;
 }
 
@@ -88,9 +87,13 @@ void VirtualController::happens (const Event& event)
     }
 
     answerIsOwed = false;
-    phase = Phase::normal;
-    note (event.kind == Event::Kind::unplug ? "controller unplugged"
-                                            : "controller plugged in, firmware version " + versionText (version));
+    phase = event.startsInUpdateMode ? Phase::updateMode : Phase::normal;
+
+    if (event.kind == Event::Kind::unplug)
+        note ("controller unplugged");
+    else
+        note (std::string ("controller plugged in") + (event.startsInUpdateMode ? " in update mode" : "")
+              + ", firmware version " + firmwareVersionText (version));
 }
 
 VirtualController::Reaction VirtualController::answerTo (std::span<const std::uint8_t> report)
@@ -113,13 +116,14 @@ VirtualController::Reaction VirtualController::enterUpdateMode (std::span<const 
     expect (phase == Phase::normal || phase == Phase::updateMode, "update mode asked for in the middle of an update");
     expectZeros (report.subspan (1), "enter update mode");
 
+    const auto delay = leavesBus && phase == Phase::updateMode ? Milliseconds {} : pace.restart;
     phase = Phase::updateMode;
     hasNewFirmware = false;
     received.clear();
     blocks.clear();
     currentBlock = 0;
     note ("update mode entered");
-    return answer (ResponseCode::updateMode, static_cast<std::uint8_t> (ModeStatus::entered), pace.restart);
+    return answer (ResponseCode::updateMode, static_cast<std::uint8_t> (ModeStatus::entered), delay);
 }
 
 VirtualController::Reaction VirtualController::takeSummary (std::span<const std::uint8_t> report)
@@ -150,7 +154,7 @@ VirtualController::Reaction VirtualController::takeSummary (std::span<const std:
     wasUpdating = true;
     pollsLeft = pace.busyPolls;
     note ("summary received, " + std::to_string (blocks.size()) + " blocks, version "
-          + versionText (binaryCodedDecimal (offeredVersion)));
+          + firmwareVersionText (binaryCodedDecimal (offeredVersion)));
     return answer (ResponseCode::summaryAccepted, 0, {});
 }
 
@@ -217,14 +221,14 @@ VirtualController::Reaction VirtualController::finish (std::span<const std::uint
         return answer (ResponseCode::busy, percentage(), pace.complete / pace.busyPolls);
 
     phase = Phase::finished;
-    wasUpdating = false;
 
-    hasNewFirmware = isWhole();
+    if (std::exchange (wasUpdating, false))
+        hasNewFirmware = isWhole();
 
     if (hasNewFirmware)
         version = binaryCodedDecimal (offeredVersion);
 
-    note (hasNewFirmware ? "update finished, firmware version " + versionText (version) : "update broken off");
+    note (hasNewFirmware ? "update finished, firmware version " + firmwareVersionText (version) : "update broken off");
     return answer (ResponseCode::updateFinished, 100, {});
 }
 
@@ -297,6 +301,26 @@ void VirtualController::applyFaults (Reaction& reaction, RequestCode request, st
                 break;
             }
         }
+    }
+}
+
+/** Puts a restart in the place of the answer that it takes the controller for, or after it. */
+void VirtualController::restart (Reaction& reaction, Phase before) const
+{
+    if (reaction.events.empty() || reaction.events.back().report.size() < 2)
+        return;
+
+    const auto delay = reaction.events.back().delay;
+
+    // The request that makes it restart gets no answer: the host asks again.
+    if (before == Phase::normal && phase == Phase::updateMode)
+        reaction.events = { { .kind = Event::Kind::unplug },
+                            { .kind = Event::Kind::plugIn, .delay = delay, .startsInUpdateMode = true } };
+
+    if (phase == Phase::finished)
+    {
+        reaction.events.push_back ({ .kind = Event::Kind::unplug, .delay = delay });
+        reaction.events.push_back ({ .kind = Event::Kind::plugIn, .delay = delay + pace.restart });
     }
 }
 

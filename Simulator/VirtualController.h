@@ -52,7 +52,8 @@ public:
         Kind kind = Kind::report;
         std::chrono::milliseconds delay {}; ///< after the request
         std::vector<std::uint8_t> report {};
-        bool isFinalAnswer = false; ///< nothing more is owed for the request
+        bool isFinalAnswer = false;      ///< nothing more is owed for the request
+        bool startsInUpdateMode = false; ///< of plugIn
     };
 
     struct Reaction
@@ -65,6 +66,12 @@ public:
 
     /** Hears of each step of an update, as a line of text for people; called inside the operations below. */
     void setLog (std::function<void (const std::string&)> logToUse) { log = std::move (logToUse); }
+
+    /** Sets the firmware version to begin with, in BCD; 1.00 otherwise. */
+    void setVersionNumber (std::int32_t bcd) { version = bcd; }
+
+    /** Makes it leave the bus for each restart, into update mode and out of it; otherwise it stays there. */
+    void leaveBusToRestart() { leavesBus = true; }
 
     /** Takes one output report. */
     [[nodiscard]] Reaction receive (std::span<const std::uint8_t> report);
@@ -113,6 +120,7 @@ private:
     Reaction finish (std::span<const std::uint8_t> report);
     void completeBlock();
     void applyFaults (Reaction& reaction, RequestCode request, std::pair<Phase, bool> before);
+    void restart (Reaction& reaction, Phase before) const;
 
     [[nodiscard]] Reaction answer (ResponseCode code, std::uint8_t value, Milliseconds delay) const;
     [[nodiscard]] Event busyReport (Milliseconds delay) const;
@@ -129,6 +137,7 @@ private:
     std::vector<std::string> errors;
     std::size_t requests = 0;
 
+    bool leavesBus = false;
     Phase phase = Phase::normal;
     bool answerIsOwed = false;
     bool hasNewFirmware = false;

@@ -2,41 +2,29 @@
 // The demo: the same window and engine as the program's, and a controller that tells on the console what it goes through.
 
 #include "Application.h"
-#include "DemoOptions.h"
+#include "ControllerOptions.h"
+#include "ReceivedBlocks.h"
 #include "SimulatedHidService.h"
 #include "VirtualController.h"
 
-#include <chrono>
-#include <fstream>
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <exception>
 #include <iostream>
 #include <memory>
-#include <sstream>
 
 namespace wqv
 {
 namespace
 {
 
-/** With the sample package about 15 seconds in all. */
-ControllerPace paceOf (double factor)
-{
-    using namespace std::chrono_literals;
-    const auto scaled = [factor] (std::chrono::milliseconds duration)
-    { return std::chrono::duration_cast<std::chrono::milliseconds> (duration * factor); };
-
-    return { .restart = scaled (1000ms),
-             .erase = scaled (1500ms),
-             .write = scaled (28ms),
-             .complete = scaled (1500ms),
-             .busyPolls = 5 };
-}
-
 /** The virtual controller, and what the command line says of it. */
 class Demo
 {
 public:
-    explicit Demo (DemoOptions optionsToUse)
-        : options (std::move (optionsToUse)), controller (options.faults, paceOf (options.pace))
+    explicit Demo (ControllerOptions optionsToUse)
+        : options (std::move (optionsToUse)), controller (makeController (options))
     {
         std::cout << std::unitbuf; // each line at once, for who follows it
         controller.setLog ([] (const std::string& line) { std::cout << "demo: " << line << '\n'; });
@@ -47,7 +35,7 @@ public:
     {
         auto service = std::make_unique<SimulatedHidService>();
 
-        if (! options.controllerIsAbsent)
+        if (! options.isAbsent)
         {
             controller.happens ({ .kind = VirtualController::Event::Kind::plugIn });
             service->plugIn (&controller);
@@ -57,34 +45,18 @@ public:
     }
 
     /** @returns whether all was written that was asked for */
-    [[nodiscard]] bool writeReceivedBlocks() const
+    [[nodiscard]] bool writeBlocks() const
     {
-        if (options.receivedDirectory.empty())
-            return true;
+        const auto problem = writeReceivedBlocks (controller, options.receivedFolder);
 
-        std::error_code error;
-        std::filesystem::create_directories (options.receivedDirectory, error);
+        if (! problem.empty())
+            std::cerr << "demo: " << problem << '\n';
 
-        for (const auto& [number, data] : controller.receivedBlocks())
-        {
-            std::ostringstream name;
-            name << "block-" << (number < 10 ? "0" : "") << static_cast<int> (number) << ".bin";
-
-            std::ofstream file (options.receivedDirectory / name.str(), std::ios::binary);
-            file.write (reinterpret_cast<const char*> (data.data()), static_cast<std::streamsize> (data.size()));
-
-            if (! file.flush())
-            {
-                std::cerr << "demo: cannot write " << options.receivedDirectory / name.str() << '\n';
-                return false;
-            }
-        }
-
-        return true;
+        return problem.empty();
     }
 
 private:
-    const DemoOptions options;
+    const ControllerOptions options;
     VirtualController controller;
 };
 
@@ -104,17 +76,19 @@ juce::JUCEApplicationBase* createApplication()
 
 int runDemo (int argc, char* argv[])
 {
-    int exitStatus = 0;
-    const auto options = readDemoOptions (argc, argv, exitStatus);
+    CLI::App app ("The firmware updater with a virtual controller: nothing is written to any device.");
+    app.set_version_flag ("--version", WQV_VERSION);
+    ControllerOptions options;
+    addControllerOptions (app, options);
 
-    if (! options)
-        return exitStatus;
+    if (const auto status = parseCommandLine (app, argc, argv))
+        return *status;
 
-    theDemo() = std::make_unique<Demo> (*options);
+    theDemo() = std::make_unique<Demo> (std::move (options));
     juce::JUCEApplicationBase::createInstance = &createApplication;
-    exitStatus = juce::JUCEApplicationBase::main (argc, const_cast<const char**> (argv));
+    const auto status = juce::JUCEApplicationBase::main (argc, const_cast<const char**> (argv));
 
-    return theDemo()->writeReceivedBlocks() ? exitStatus : 1;
+    return theDemo()->writeBlocks() ? status : 1;
 }
 
 } // namespace
@@ -122,5 +96,13 @@ int runDemo (int argc, char* argv[])
 
 int main (int argc, char* argv[])
 {
-    return wqv::runDemo (argc, argv);
+    try
+    {
+        return wqv::runDemo (argc, argv);
+    }
+    catch (const std::exception& error)
+    {
+        std::fprintf (stderr, "demo: %s\n", error.what());
+        return 1;
+    }
 }

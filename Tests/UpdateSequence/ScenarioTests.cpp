@@ -24,6 +24,7 @@ TEST (Scenarios, requestsLimitsAndResult)
         std::vector<int> limits {}; ///< seconds; empty: not looked at
         ControllerPace pace {};
         std::vector<int> sizes = sampleSizes;
+        bool leavesBus = false; ///< to restart
     };
 
     using Seconds = std::vector<int>;
@@ -75,16 +76,23 @@ TEST (Scenarios, requestsLimitsAndResult)
         { "", true,  "402",    {}, {}, { -10, -20 } },
         { "", true,  "401132", {}, {}, { 0, 5 } },
         { "", true,  "401332", {}, {}, { 127 } },
+
+        { "",         true, "44401333131332", {}, { .restart = 9s }, sampleSizes, true },
+        { "notYet@1", true, "444401333131332", {}, { .restart = 9s }, sampleSizes, true },
     };
     // clang-format on
 
-    for (const auto& [faults, result, codes, limits, pace, sizes] : scenarios)
+    for (const auto& [faults, result, codes, limits, pace, sizes, leavesBus] : scenarios)
     {
         SCOPED_TRACE (std::string (faults) + " -> " + codes);
         const auto script = parseFaultScript (faults);
         ASSERT_TRUE (script);
 
         Conversation update (sizes, *script, pace);
+
+        if (leavesBus)
+            update.controller.leaveBusToRestart();
+
         EXPECT_EQ (update.run(), result);
         EXPECT_EQ (update.codes(), codes);
         EXPECT_EQ (update.controller.hostErrors(), std::vector<std::string> {});

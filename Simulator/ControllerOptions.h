@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The command-line options that all programs with a virtual controller have.
+
+#pragma once
+
+#include "VirtualController.h"
+
+#include <filesystem>
+#include <optional>
+
+namespace CLI
+{
+class App;
+}
+
+namespace wqv
+{
+
+struct ControllerOptions
+{
+    bool isAbsent = false;                 ///< it is not plugged in at the start
+    FaultScript faults;                    ///< what it does wrong
+    double pace = 1.0;                     ///< a factor on all its delays; 0 for none
+    std::int32_t firmwareVersion = 0x0100; ///< in BCD
+    std::filesystem::path receivedFolder;  ///< where to write what it received; empty for nowhere
+};
+
+/** Adds them to @p app, which sets @p options when it parses. Both must outlive the parsing. */
+void addControllerOptions (CLI::App& app, ControllerOptions& options);
+
+/** Reads the command line. Help, version and errors are printed.
+    @returns the exit status, when there is nothing more to do: 2 for a wrong command line */
+[[nodiscard]] std::optional<int> parseCommandLine (CLI::App& app, int argc, const char* const* argv);
+
+/** The controller that the options describe. */
+[[nodiscard]] VirtualController makeController (const ControllerOptions& options);
+
+} // namespace wqv

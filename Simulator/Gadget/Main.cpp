@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// wqv-controller: a virtual WQV-KRV20 on a USB device port of this machine.
+
+#include "BoardOptions.h"
+#include "ControllerBoard.h"
+#include "ControllerReport.h"
+#include "ReceivedBlocks.h"
+#include "UsbGadget.h"
+#include "UsbPort.h"
+
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <iostream>
+#include <sys/signalfd.h>
+
+namespace wqv
+{
+namespace
+{
+
+/** Blocks the signals that end the program, from here on. @returns where they are read */
+int openSignals()
+{
+    // Who reads the output may go away; the gadget has to be removed all the same.
+    std::signal (SIGPIPE, SIG_IGN);
+
+    sigset_t signals;
+    sigemptyset (&signals);
+
+    for (const auto number : { SIGTERM, SIGINT, SIGHUP })
+        sigaddset (&signals, number);
+
+    pthread_sigmask (SIG_BLOCK, &signals, nullptr);
+    return signalfd (-1, &signals, SFD_CLOEXEC);
+}
+
+/** Serves the host until the end. @returns what went wrong, for people */
+std::string serve (const BoardOptions& options, VirtualController& controller)
+{
+    const auto signals = openSignals();
+    UsbPort port;
+
+    if (auto problem = port.open ("/sys/class/udc", options.port); ! problem.empty())
+        return problem;
+
+    UsbGadget gadget ("/sys/kernel/config/usb_gadget", port.name(), options.gadget);
+
+    if (auto problem = gadget.create(); ! problem.empty())
+        return problem;
+
+    std::cout << "wqv-controller: a virtual WQV-KRV20 on the port " << port.name() << '\n';
+    ControllerBoard board (gadget, controller, options.gadget.reportLengths.size(), options.controllerInterface);
+    return board.run (signals, options.controller.isAbsent);
+}
+
+int runController (int argc, const char* const* argv)
+{
+    int exitStatus = 0;
+    const auto options = readBoardOptions (argc, argv, exitStatus);
+
+    if (! options)
+        return exitStatus;
+
+    ControllerReport report;
+    auto controller = makeController (options->controller);
+    controller.leaveBusToRestart();
+    controller.setLog (
+        [&report] (const std::string& line)
+        {
+            report.addStep (line);
+            std::cout << "wqv-controller: " << line << '\n';
+        });
+    std::cout << std::unitbuf; // each line at once, for who follows it
+
+    const auto say = [&exitStatus] (const std::string& problem)
+    {
+        if (problem.empty())
+            return;
+
+        std::cerr << "wqv-controller: " << problem << '\n';
+        exitStatus = 1;
+    };
+
+    say (serve (*options, controller));
+    say (writeReceivedBlocks (controller, options->controller.receivedFolder));
+
+    if (! options->reportFile.empty())
+        say (report.write (controller, options->reportFile));
+
+    return exitStatus;
+}
+
+} // namespace
+} // namespace wqv
+
+int main (int argc, char** argv)
+{
+    try
+    {
+        return wqv::runController (argc, argv);
+    }
+    catch (const std::exception& error)
+    {
+        std::fprintf (stderr, "wqv-controller: %s\n", error.what());
+        return 1;
+    }
+}
