@@ -18,7 +18,7 @@ prepare_kernel()
     PATH+=:/usr/sbin:/sbin
     "$WQV_ROOT/script/bootstrap" kernel || skip "QEMU, or what else it takes, is not installed and cannot be"
 
-    package=$(apt-cache depends --important linux-image-amd64 2>/dev/null | sed -n 's/^ *Depends: //p' | head -n 1)
+    package=$(apt-cache depends --important linux-image-amd64 2>/dev/null | sed -n 's/^ *Depends: //p' | head -n 1) || true
     [[ -n $package ]] || skip "this machine's package sources have no linux-image-amd64"
     release=${package#linux-image-}
     kernel=$WQV_ROOT/build/kernel/$release
