@@ -83,6 +83,29 @@ expect_end()
     say "  ended by $1 within $took ms"
 }
 
+# expect_blocks WQV_PACKAGE PACKAGE FOLDER: the folder has the package's blocks that are to be written, and no other.
+expect_blocks()
+{
+    local plain=$scratch/plain-$run enabled=0 number block
+
+    "$1" extract "$2" "$plain" >/dev/null || fail "$run: wqv-package extract"
+    "$1" inspect --json "$2" >"$plain/package.json" || fail "$run: inspect --json"
+
+    while read -r number block; do
+        number=$(printf '%02d' "$number")
+
+        if [[ $block == true ]]; then
+            cmp "$plain/block-$number-"????.bin "$3/block-$number.bin" || fail "$run: block $number differs"
+            enabled=$((enabled + 1))
+        else
+            [[ ! -e $3/block-$number.bin ]] || fail "$run: block $number is not enabled, but was sent"
+        fi
+    done < <(jq -r '.blocks | to_entries[] | "\(.key + 1) \(.value.enabled)"' "$plain/package.json")
+
+    ((enabled > 0)) || fail "$run: the package has no enabled block"
+    say "  the controller received $enabled blocks, byte for byte as in the package"
+}
+
 # perform RUN...: one after another, each in a subshell, so that one that fails ends there, with its processes.
 perform()
 {
