@@ -7,6 +7,7 @@
 #include "Reporter.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace wqv
 {
@@ -34,10 +35,15 @@ public:
         output.print (std::move (text));
     }
 
-    void waiting() override { output.print ("waiting for a controller\n"); }
+    void waiting() override
+    {
+        closeLine();
+        output.print ("waiting for a controller\n");
+    }
 
     void versions (std::int32_t ofController, std::int32_t ofPackage, int number) override
     {
+        closeLine();
         output.print (numbered (number) + "firmware of the controller: " + versionText (ofController)
                       + ", of the package: " + versionText (ofPackage) + "\n");
         shown = -1;
@@ -73,10 +79,7 @@ public:
         else if (! outcome.reason.empty())
             text += ": " + escapedText (outcome.reason);
 
-        if (isLineOpen)
-            output.print ("\n");
-
-        isLineOpen = false;
+        closeLine();
 
         // The results of many are one list.
         if (outcome.result == Result::complete || outcome.number != 0)
@@ -91,6 +94,12 @@ public:
     }
 
 private:
+    void closeLine()
+    {
+        if (std::exchange (isLineOpen, false))
+            output.print ("\n");
+    }
+
     static std::string numbered (int number) { return number == 0 ? "" : std::to_string (number) + ": "; }
 
     static std::string bar (int percent)
@@ -104,8 +113,8 @@ private:
 
     Output& output;
     const bool isTerminal;
-    bool isLineOpen = false;
-    int shown = -1; ///< the figure that was shown last
+    bool isLineOpen = false; ///< what was printed last does not end its line
+    int shown = -1;          ///< the figure that was shown last
 };
 
 } // namespace
