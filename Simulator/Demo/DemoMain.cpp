@@ -4,12 +4,14 @@
 #include "Application.h"
 #include "DemoOptions.h"
 #include "SimulatedHidService.h"
+#include "TracedController.h"
 #include "VirtualController.h"
 
 #include <chrono>
 #include <fstream>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <sstream>
 
 namespace wqv
@@ -43,14 +45,32 @@ public:
         std::cout << "demo: a virtual WQV-KRV20; nothing is written to any device\n";
     }
 
+    /** Puts the recorded controller into the place of the virtual one, if that was asked for.
+        @returns whether its trace could be read */
+    [[nodiscard]] bool readTraceToPlay()
+    {
+        if (options.replayedTrace.empty())
+            return true;
+
+        std::ifstream file (options.replayedTrace);
+        std::size_t badLine = 0;
+        recorded.emplace (readTrace (file, badLine));
+
+        if (badLine != 0)
+            std::cerr << "demo: " << options.replayedTrace << ": line " << badLine << " is none of a trace\n";
+
+        return badLine == 0;
+    }
+
     std::unique_ptr<HidService> makeHidService()
     {
         auto service = std::make_unique<SimulatedHidService>();
 
         if (! options.controllerIsAbsent)
         {
-            controller.happens ({ .kind = VirtualController::Event::Kind::plugIn });
-            service->plugIn (&controller);
+            auto& chosen = recorded ? static_cast<SimulatedController&> (*recorded) : controller;
+            chosen.happens ({ .kind = SimulatedController::Event::Kind::plugIn });
+            service->plugIn (&chosen);
         }
 
         return service;
@@ -86,6 +106,7 @@ public:
 private:
     const DemoOptions options;
     VirtualController controller;
+    std::optional<TracedController> recorded;
 };
 
 /** JUCE makes the application by a plain function, so this is where it finds what the application needs. */
@@ -111,6 +132,10 @@ int runDemo (int argc, char* argv[])
         return exitStatus;
 
     theDemo() = std::make_unique<Demo> (*options);
+
+    if (! theDemo()->readTraceToPlay())
+        return 1;
+
     juce::JUCEApplicationBase::createInstance = &createApplication;
     exitStatus = juce::JUCEApplicationBase::main (argc, const_cast<const char**> (argv));
 

@@ -16,6 +16,7 @@ struct DemoOptions
     bool controllerIsAbsent = false;         ///< it is not plugged in at the start
     FaultScript faults;                      ///< what it does wrong
     double pace = 1.0;                       ///< a factor on all its delays; 0 for none
+    std::filesystem::path replayedTrace;     ///< the recorded controller takes its place; empty for none
     std::filesystem::path receivedDirectory; ///< where to write what it received; empty for nowhere
 };
 

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A trace is written during an update and read again.
 
+#include "TracedController.h"
 #include "TracedHidService.h"
+#include "UpdateFailure.h"
 #include "UpdaterFixture.h"
 
 #include <gtest/gtest.h>
@@ -19,24 +21,40 @@ struct Unseen final : Updater::Listener
     void updaterLeaving() override {}
 };
 
+struct Deaf final : HidService::Listener
+{
+    void deviceAttached (const HidDevice& /*device*/) override {}
+    void deviceRemoved (HidDeviceId /*device*/) override {}
+    void reportReceived (HidDeviceId /*device*/, std::size_t /*length*/) override {}
+};
+
+/** An update over a service that has the controller. @returns why it failed, without the times */
+UpdateFailure updateOver (HidService& service, const UpdaterSurroundings& surroundings)
+{
+    Unseen listener;
+    Updater updater ({ .hidService = service, .folder = surroundings.packageFolder, .quit = [] {} }, listener);
+    updater.confirm();
+    updater.confirm();
+    surroundings.loop.runUntil ([&] { return updater.status() >= UPDATER_STATUS_COMPLETE; });
+
+    auto failure = updater.failure();
+    failure.waited = {};
+    return failure;
+}
+
 TEST (Trace, holdsWhatPassedAndIsReadAgain)
 {
     using enum TraceLine::Kind;
 
+    Deaf deaf;
     UpdaterSurroundings surroundings;
     std::stringstream text;
     TraceWriter writer (text);
     TracedHidService traced (surroundings.service, writer);
-    Unseen listener;
     surroundings.plugIn();
-
-    {
-        Updater updater ({ .hidService = traced, .folder = surroundings.packageFolder, .quit = [] {} }, listener);
-        updater.confirm();
-        updater.confirm();
-        surroundings.loop.runUntil ([&] { return updater.status() == UPDATER_STATUS_COMPLETE; });
-        surroundings.unplug();
-    }
+    EXPECT_EQ (updateOver (traced, surroundings), UpdateFailure {});
+    traced.setListener (&deaf);
+    surroundings.unplug();
 
     std::size_t badLine = 0;
     const auto trace = readTrace (text, badLine);
@@ -69,15 +87,41 @@ TEST (Trace, holdsWhatPassedAndIsReadAgain)
     EXPECT_EQ (trace.front().device.outputReportLength, requestSize);
 }
 
+TEST (Trace, ofAFailureLeadsToTheSameWhenItIsPlayed)
+{
+    for (const auto* const fault : { "", "refuse@1", "unplug@2", "wrong@5:0xF9", "busy@6:2,wrong@7:0x55" })
+    {
+        SCOPED_TRACE (fault);
+        UpdaterSurroundings surroundings (fault);
+        std::stringstream text;
+        TraceWriter writer (text);
+        UpdateFailure recorded;
+        surroundings.plugIn();
+
+        {
+            TracedHidService traced (surroundings.service, writer);
+            recorded = updateOver (traced, surroundings);
+        }
+
+        std::size_t badLine = 0;
+        TracedController controller (readTrace (text, badLine));
+        SimulatedHidService service;
+        service.plugIn (&controller);
+        EXPECT_EQ (updateOver (service, surroundings), recorded);
+        EXPECT_EQ (recorded.cause == UpdateFailure::Cause::none, std::string (fault).empty());
+        EXPECT_EQ (controller.firstDifference(), 0U);
+        EXPECT_EQ (controller.versionNumber(), 0x0100);
+    }
+}
+
 TEST (Trace, refusesWhatIsNoLineOfIt)
 {
+    constexpr auto longest =
+        "1.500000 attached 7 vendor=1209 product=0001 version=0105 location=ffffffffffffffff interface=1 "
+        "input=128 output=0";
+
     for (const auto* const right :
-         { "0.000001 !",
-           "4294967295.999999 < F6 01",
-           "1.500000 removed 7",
-           "1.500000 opened 7 in-use",
-           "1.500000 attached 7 vendor=1209 product=0001 version=0105 location=ffffffffffffffff "
-           "interface=1 input=128 output=0" })
+         { "0.000001 !", "4294967295.999999 < F6 01", "1.500000 removed 7", "1.500000 opened 7 in-use", longest })
     {
         const auto line = parseTraceLine (right);
         ASSERT_TRUE (line) << right;
