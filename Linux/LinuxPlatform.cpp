@@ -8,6 +8,7 @@
 #include "SleepInhibitor.h"
 #include "TerminationSignals.h"
 
+#include <unistd.h>
 #include <utility>
 
 namespace wqv
@@ -20,6 +21,11 @@ class LinuxPlatform final : public Platform
 public:
     [[nodiscard]] std::filesystem::path executableFile() const override { return getExecutableFile(); }
     [[nodiscard]] std::vector<std::string> preferredLanguages() const override { return wqv::preferredLanguages(); }
+
+    [[nodiscard]] bool isTerminal (Stream stream) const override
+    {
+        return isatty (stream == Stream::input ? STDIN_FILENO : STDOUT_FILENO) == 1;
+    }
 
     [[nodiscard]] std::unique_ptr<HidService> makeHidService() const override
     {

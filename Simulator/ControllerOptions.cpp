@@ -8,6 +8,7 @@
 #include <CLI/CLI.hpp>
 
 #include <chrono>
+#include <fstream>
 #include <string>
 
 namespace wqv
@@ -34,22 +35,31 @@ ControllerPace paceOf (double factor)
 void addControllerOptions (CLI::App& app, ControllerOptions& options)
 {
     app.add_flag ("--absent", options.isAbsent, "The controller is not plugged in at the start");
-    app.add_option_function<std::string> (
-           "--fault",
-           [&options] (const std::string& text) { options.faults = *parseFaultScript (text); },
-           "What it does wrong: kind@first[-last][:value],... as in silent@40 or wrong@7:0xF8")
-        ->check ([] (const std::string& text)
-                 { return parseFaultScript (text) ? "" : "kind@first[-last][:value] with a kind that there is"; });
-    app.add_option_function<std::string> (
-           "--firmware",
-           [&options] (const std::string& text) { options.firmwareVersion = *parseFirmwareVersion (text); },
-           "Its firmware version before the update, 0.00 to 9.99; 1.00 if left out")
-        ->check ([] (const std::string& text)
-                 { return parseFirmwareVersion (text) ? "" : "a version has the form 1.00"; });
-    app.add_option ("--pace", options.pace, "A factor on all its delays; 0 answers at once")
-        ->check (CLI::Range (0.0, 100.0));
-    app.add_option (
+    auto* const fault =
+        app.add_option_function<std::string> (
+               "--fault",
+               [&options] (const std::string& text) { options.faults = *parseFaultScript (text); },
+               "What it does wrong: kind@first[-last][:value],... as in silent@40 or wrong@7:0xF8")
+            ->check ([] (const std::string& text)
+                     { return parseFaultScript (text) ? "" : "kind@first[-last][:value] with a kind that there is"; });
+    auto* const firmware =
+        app.add_option_function<std::string> (
+               "--firmware",
+               [&options] (const std::string& text) { options.firmwareVersion = *parseFirmwareVersion (text); },
+               "Its firmware version before the update, 0.00 to 9.99; 1.00 if left out")
+            ->check ([] (const std::string& text)
+                     { return parseFirmwareVersion (text) ? "" : "a version has the form 1.00"; });
+    auto* const pace = app.add_option ("--pace", options.pace, "A factor on all its delays; 0 answers at once")
+                           ->check (CLI::Range (0.0, 100.0));
+    auto* const received = app.add_option (
         "--received", options.receivedFolder, "At exit, write each block that it received into this folder");
+
+    app.add_option ("--replay", options.replayedTrace, "Do again what the controller did in a trace of wqv-update")
+        ->check (CLI::ExistingFile)
+        ->excludes (fault)
+        ->excludes (firmware)
+        ->excludes (pace)
+        ->excludes (received);
 }
 
 std::optional<int> parseCommandLine (CLI::App& app, int argc, const char* const* argv)
@@ -69,8 +79,21 @@ std::optional<int> parseCommandLine (CLI::App& app, int argc, const char* const*
 
 VirtualController makeController (const ControllerOptions& options)
 {
-    VirtualController controller (options.faults, paceOf (options.pace));
-    controller.setVersionNumber (options.firmwareVersion);
+    return VirtualController (options.faults, paceOf (options.pace), options.firmwareVersion);
+}
+
+std::unique_ptr<TracedController> makeRecordedController (const ControllerOptions& options, std::string& problem)
+{
+    if (options.replayedTrace.empty())
+        return nullptr;
+
+    std::ifstream file (options.replayedTrace);
+    std::size_t badLine = 0;
+    auto controller = std::make_unique<TracedController> (readTrace (file, badLine));
+
+    if (badLine != 0)
+        problem = options.replayedTrace.string() + ": line " + std::to_string (badLine) + " is none of a trace";
+
     return controller;
 }
 

@@ -3,10 +3,13 @@
 
 #pragma once
 
+#include "TracedController.h"
 #include "VirtualController.h"
 
 #include <filesystem>
+#include <memory>
 #include <optional>
+#include <string>
 
 namespace CLI
 {
@@ -23,6 +26,7 @@ struct ControllerOptions
     double pace = 1.0;                     ///< a factor on all its delays; 0 for none
     std::int32_t firmwareVersion = 0x0100; ///< in BCD
     std::filesystem::path receivedFolder;  ///< where to write what it received; empty for nowhere
+    std::filesystem::path replayedTrace;   ///< what it does again, instead of all that; empty for nothing
 };
 
 /** Adds them to @p app, which sets @p options when it parses. Both must outlive the parsing. */
@@ -34,5 +38,10 @@ void addControllerOptions (CLI::App& app, ControllerOptions& options);
 
 /** The controller that the options describe. */
 [[nodiscard]] VirtualController makeController (const ControllerOptions& options);
+
+/** The controller that is to do again what a trace says, in the place of the other one; null if the options name no trace.
+    @param problem  what is wrong with the trace, for people; else empty */
+[[nodiscard]] std::unique_ptr<TracedController> makeRecordedController (const ControllerOptions& options,
+                                                                        std::string& problem);
 
 } // namespace wqv

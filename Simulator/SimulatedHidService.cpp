@@ -4,6 +4,7 @@
 #include "SimulatedHidService.h"
 
 #include "DeviceIds.h"
+#include "Requests.h"
 
 #include <algorithm>
 #include <optional>
@@ -48,7 +49,7 @@ SimulatedHidService::~SimulatedHidService()
     cancelPendingUpdate();
 }
 
-HidDeviceId SimulatedHidService::plugIn (VirtualController* controller)
+HidDeviceId SimulatedHidService::plugIn (SimulatedController* controller)
 {
     return plugIn ({ .vendorId = kVendorId,
                      .productId = HidDeviceType[1],
@@ -59,7 +60,7 @@ HidDeviceId SimulatedHidService::plugIn (VirtualController* controller)
                    controller);
 }
 
-HidDeviceId SimulatedHidService::plugIn (HidDevice device, VirtualController* controller)
+HidDeviceId SimulatedHidService::plugIn (HidDevice device, SimulatedController* controller)
 {
     device.id = ++lastId;
 
@@ -192,7 +193,7 @@ void SimulatedHidService::playEvents()
             events.erase (first);
 
             // A report of a controller that has gone is lost with it.
-            if (due->event.kind != VirtualController::Event::Kind::plugIn && ! slots.contains (due->device))
+            if (due->event.kind != SimulatedController::Event::Kind::plugIn && ! slots.contains (due->device))
                 continue;
 
             due->controller->happens (due->event);
@@ -206,9 +207,9 @@ void SimulatedHidService::happen (const PendingEvent& pending)
 {
     switch (pending.event.kind)
     {
-        case VirtualController::Event::Kind::report: deliver (pending.device, pending.event.report); break;
-        case VirtualController::Event::Kind::unplug: unplug (pending.device); break;
-        case VirtualController::Event::Kind::plugIn: plugIn (pending.description, pending.controller); break;
+        case SimulatedController::Event::Kind::report: deliver (pending.device, pending.event.report); break;
+        case SimulatedController::Event::Kind::unplug: unplug (pending.device); break;
+        case SimulatedController::Event::Kind::plugIn: plugIn (pending.description, pending.controller); break;
     }
 }
 

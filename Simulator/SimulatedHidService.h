@@ -4,7 +4,7 @@
 #pragma once
 
 #include "HidService.h"
-#include "VirtualController.h"
+#include "SimulatedController.h"
 
 #include <juce_events/juce_events.h>
 
@@ -31,10 +31,10 @@ public:
 
     /** Attaches a device that presents itself as the controller which the program seeks.
         @param controller  outlives the service; null for a device that is silent */
-    HidDeviceId plugIn (VirtualController* controller);
+    HidDeviceId plugIn (SimulatedController* controller);
 
     /** Attaches any device; the service chooses its id, and a controller tells its own version number. */
-    HidDeviceId plugIn (HidDevice device, VirtualController* controller);
+    HidDeviceId plugIn (HidDevice device, SimulatedController* controller);
 
     /** Detaches a device; reports of it that are under way are lost. */
     void unplug (HidDeviceId device);
@@ -54,7 +54,7 @@ private:
     struct Slot
     {
         HidDevice device;
-        VirtualController* controller = nullptr;
+        SimulatedController* controller = nullptr;
         ReportBuffer* buffer = nullptr; ///< null while it is not open
     };
 
@@ -62,8 +62,8 @@ private:
     {
         HidDeviceId device = 0;
         HidDevice description;
-        VirtualController* controller = nullptr;
-        VirtualController::Event event;
+        SimulatedController* controller = nullptr;
+        SimulatedController::Event event;
     };
 
     bool send (HidDeviceId device, std::span<const std::uint8_t> report);

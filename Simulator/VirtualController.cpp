@@ -43,8 +43,8 @@ std::int32_t binaryCodedDecimal (std::int32_t number)
 
 } // namespace
 
-VirtualController::VirtualController (FaultScript script, ControllerPace paceToKeep)
-    : faults (std::move (script)), pace (paceToKeep)
+VirtualController::VirtualController (FaultScript script, ControllerPace paceToKeep, std::int32_t firmwareVersion)
+    : faults (std::move (script)), pace (paceToKeep), version (firmwareVersion)
 {
 }
 

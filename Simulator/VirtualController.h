@@ -6,6 +6,7 @@
 #include "FaultScript.h"
 #include "Requests.h"
 #include "Responses.h"
+#include "SimulatedController.h"
 
 #include <chrono>
 #include <cstdint>
@@ -29,58 +30,29 @@ struct ControllerPace
     int busyPolls = 0;                     ///< finish requests that are answered "busy" meanwhile
 };
 
-/** A controller without clock and thread: requests go in, and what it does about them comes out, with delays.
-
-    It answers as a controller does, or as its fault script says, keeps what it receives, and notes everything that the
+/** It answers as a controller does, or as its fault script says, keeps what it receives, and notes everything that the
     host does wrong: a report of another length, bytes that should be 0, an illegal order, a request while an answer is
-    owed, data that the announced CRC-16 does not fit. docs/protocol.md has the list of legal orders. The caller sees to
-    it that one thread at a time uses an object.
+    owed, data that the announced CRC-16 does not fit. docs/protocol.md has the list of legal orders.
 */
-class VirtualController
+class VirtualController final : public SimulatedController
 {
 public:
-    /** What the controller does after a request. */
-    struct Event
-    {
-        enum class Kind
-        {
-            report,
-            unplug,
-            plugIn
-        };
-
-        Kind kind = Kind::report;
-        std::chrono::milliseconds delay {}; ///< after the request
-        std::vector<std::uint8_t> report {};
-        bool isFinalAnswer = false;      ///< nothing more is owed for the request
-        bool startsInUpdateMode = false; ///< of plugIn
-    };
-
-    struct Reaction
-    {
-        bool isTaken = true; ///< false: the controller takes no reports now
-        std::vector<Event> events {};
-    };
-
-    explicit VirtualController (FaultScript script = {}, ControllerPace paceToKeep = {});
+    /** @param firmwareVersion  the one to begin with, in BCD */
+    explicit VirtualController (FaultScript script = {},
+                                ControllerPace paceToKeep = {},
+                                std::int32_t firmwareVersion = 0x0100);
 
     /** Hears of each step of an update, as a line of text for people; called inside the operations below. */
     void setLog (std::function<void (const std::string&)> logToUse) { log = std::move (logToUse); }
 
-    /** Sets the firmware version to begin with, in BCD; 1.00 otherwise. */
-    void setVersionNumber (std::int32_t bcd) { version = bcd; }
-
     /** Makes it leave the bus for each restart, into update mode and out of it; otherwise it stays there. */
     void leaveBusToRestart() { leavesBus = true; }
 
-    /** Takes one output report. */
-    [[nodiscard]] Reaction receive (std::span<const std::uint8_t> report);
+    [[nodiscard]] Reaction receive (std::span<const std::uint8_t> report) override;
+    void happens (const Event& event) override;
 
-    /** Tells that an event is about to reach the host: call it right before. */
-    void happens (const Event& event);
-
-    /** The firmware version, in BCD as in a device descriptor; that of the package after a whole update. */
-    [[nodiscard]] std::int32_t versionNumber() const { return version; }
+    /** That of the package after a whole update. */
+    [[nodiscard]] std::int32_t versionNumber() const override { return version; }
 
     /** The data received for each block, by number. */
     [[nodiscard]] const std::map<std::uint8_t, std::vector<std::uint8_t>>& receivedBlocks() const { return received; }
@@ -142,7 +114,7 @@ private:
     bool answerIsOwed = false;
     bool hasNewFirmware = false;
     bool wasUpdating = false; ///< a summary was accepted, be it before an unplug
-    std::int32_t version = 0x0100;
+    std::int32_t version;
     std::int32_t offeredVersion = 0;
     std::uint32_t enabledSize = 0;
     std::vector<Block> blocks;

@@ -24,14 +24,16 @@ endif()
 
 add_subdirectory (packaging)
 
-# The system's own folders, below the prefix (/usr in the Debian package). The program looks for the update beside its file.
-install (TARGETS WQVUpdateProgram DESTINATION ${WQV_PROGRAM_FOLDER})
+# The system's own folders, below the prefix (/usr in the Debian package). The programs look for the update beside their file.
+install (TARGETS WQVUpdateProgram wqv-update DESTINATION ${WQV_PROGRAM_FOLDER})
 install (TARGETS wqv-package DESTINATION bin)
-install (FILES "${WQV_PACKAGING}/link/WQVUpdateProgram" DESTINATION bin)
+install (FILES "${WQV_PACKAGING}/link/WQVUpdateProgram" "${WQV_PACKAGING}/link/wqv-update" DESTINATION bin)
 install (FILES "${WQV_PACKAGING}/70-wqv-krv20.rules" DESTINATION lib/udev/rules.d)
 install (FILES packaging/linux/${WQV_PACKAGE_NAME}.desktop DESTINATION share/applications)
 install (FILES "${WQV_PACKAGING}/${WQV_COMPONENT_ID}.metainfo.xml" DESTINATION share/metainfo)
-install (FILES "${WQV_PACKAGING}/WQVUpdateProgram.1.gz" "${WQV_PACKAGING}/wqv-package.1.gz" DESTINATION share/man/man1)
+install (FILES
+    "${WQV_PACKAGING}/WQVUpdateProgram.1.gz" "${WQV_PACKAGING}/wqv-package.1.gz" "${WQV_PACKAGING}/wqv-update.1.gz"
+    DESTINATION share/man/man1)
 install (FILES "${WQV_PACKAGING}/copyright" "${WQV_PACKAGING}/changelog.gz" "${WQV_PACKAGING}/changelog.Debian.gz"
     DESTINATION share/doc/${WQV_PACKAGE_NAME})
 install (FILES packaging/debian/lintian-overrides DESTINATION share/lintian/overrides RENAME ${WQV_PACKAGE_NAME})
@@ -44,7 +46,7 @@ foreach (size IN ITEMS 48 128 256)
 endforeach()
 
 # The tarball: one flat folder.
-install (TARGETS WQVUpdateProgram wqv-package DESTINATION . COMPONENT tarball EXCLUDE_FROM_ALL)
+install (TARGETS WQVUpdateProgram wqv-package wqv-update DESTINATION . COMPONENT tarball EXCLUDE_FROM_ALL)
 install (FILES "${WQV_PACKAGING}/70-wqv-krv20.rules" "${WQV_PACKAGING}/copyright" "${WQV_PACKAGING}/readme.txt" LICENSE
     DESTINATION . COMPONENT tarball EXCLUDE_FROM_ALL)
 
@@ -84,8 +86,8 @@ set (CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "A small window that finds the controller on USB, shows its firmware version
 and that of the update, and writes the update with a progress bar.
 .
-wqv-package, also in this package, makes, checks, shows and takes apart
-such updates.")
+Also in this package: wqv-update does the same in a terminal, and
+wqv-package makes, checks, shows and takes apart such updates.")
 
 # What the program links to is computed. JUCE loads these by name when it opens its window; without the first two it
 # does not run. The last two keep the screen saver away and the machine awake during an update.

@@ -31,6 +31,15 @@ public:
         Chinese, region, as in "de-DE" or "zh-Hant-TW". */
     [[nodiscard]] virtual std::vector<std::string> preferredLanguages() const = 0;
 
+    enum class Stream
+    {
+        input,
+        output
+    };
+
+    /** Whether somebody sits at a terminal behind a standard stream of the process. */
+    [[nodiscard]] virtual bool isTerminal (Stream stream) const = 0;
+
     /** The system's HID devices. Needs the message loop. */
     [[nodiscard]] virtual std::unique_ptr<HidService> makeHidService() const = 0;
 
@@ -40,7 +49,8 @@ public:
     [[nodiscard]] virtual std::shared_ptr<void> keepAwake (const std::string& who, const std::string& why) const = 0;
 
     /** Calls back whenever the system asks the program to end, while what is returned lives; after that the end is under
-        way, and such requests are ignored. One at a time. */
+        way, and such requests are ignored. From the first call on, a reader of our output who goes away does not end
+        the process. One at a time. */
     [[nodiscard]] virtual std::shared_ptr<void> onEndRequest (std::function<void()> callback) const = 0;
 };
 

@@ -50,8 +50,7 @@ Updater::Updater (Host hostToUse, Listener& listenerToUse)
       pendingStatus (noRequest),
       engine (std::make_unique<Engine> (*this))
 {
-    // If the folder is not known there is no package: a bare name would be looked for in the current directory.
-    const auto package = host.folder.empty() ? std::filesystem::path() : host.folder / packageFileName;
+    const auto& package = host.package.empty() ? packageIn (host.folder) : host.package;
     const auto result = checkUPD (package, engine->upd_info, engine->fw_info);
     packageIsValid = isPackageValid (result, engine->upd_info);
 
@@ -63,6 +62,12 @@ Updater::~Updater()
 {
     engine.reset();
     cancelPendingUpdate();
+}
+
+std::filesystem::path Updater::packageIn (const std::filesystem::path& folder)
+{
+    // If the folder is not known there is no package: a bare name would be looked for in the current directory.
+    return folder.empty() ? std::filesystem::path() : folder / packageFileName;
 }
 
 std::int32_t Updater::packageVersion() const

@@ -48,6 +48,9 @@ public:
         std::filesystem::path folder; ///< where the package lies; if empty, there is none
         std::function<void()> quit;   ///< called once, when the user leaves; ends the program, maybe after its return
 
+        /** The file of the package, wherever it lies; empty for the one in the folder. */
+        std::filesystem::path package {};
+
         /** Keeps the machine awake for as long as what it returns lives; called at the start of an update. May be
             empty. */
         std::function<std::shared_ptr<void>()> keepAwake {};
@@ -57,6 +60,9 @@ public:
         controller is ever opened. The listener is not called yet. */
     Updater (Host hostToUse, Listener& listenerToUse);
     ~Updater() override;
+
+    /** The package that lies in a folder; empty for an empty folder. */
+    [[nodiscard]] static std::filesystem::path packageIn (const std::filesystem::path& folder);
 
     [[nodiscard]] UpdaterStatus_t status() const { return currentStatus; }
 

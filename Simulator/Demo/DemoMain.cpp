@@ -5,7 +5,6 @@
 #include "ControllerOptions.h"
 #include "ReceivedBlocks.h"
 #include "SimulatedHidService.h"
-#include "VirtualController.h"
 
 #include <CLI/CLI.hpp>
 
@@ -23,8 +22,11 @@ namespace
 class Demo
 {
 public:
-    explicit Demo (ControllerOptions optionsToUse)
-        : options (std::move (optionsToUse)), controller (makeController (options))
+    /** @param recordedToUse  in the place of the virtual one; null for none */
+    Demo (ControllerOptions optionsToUse, std::unique_ptr<TracedController> recordedToUse)
+        : options (std::move (optionsToUse)),
+          controller (makeController (options)),
+          recorded (std::move (recordedToUse))
     {
         std::cout << std::unitbuf; // each line at once, for who follows it
         controller.setLog ([] (const std::string& line) { std::cout << "demo: " << line << '\n'; });
@@ -37,8 +39,9 @@ public:
 
         if (! options.isAbsent)
         {
-            controller.happens ({ .kind = VirtualController::Event::Kind::plugIn });
-            service->plugIn (&controller);
+            auto& chosen = recorded != nullptr ? static_cast<SimulatedController&> (*recorded) : controller;
+            chosen.happens ({ .kind = SimulatedController::Event::Kind::plugIn });
+            service->plugIn (&chosen);
         }
 
         return service;
@@ -58,6 +61,7 @@ public:
 private:
     const ControllerOptions options;
     VirtualController controller;
+    const std::unique_ptr<TracedController> recorded;
 };
 
 /** JUCE makes the application by a plain function, so this is where it finds what the application needs. */
@@ -84,7 +88,16 @@ int runDemo (int argc, char* argv[])
     if (const auto status = parseCommandLine (app, argc, argv))
         return *status;
 
-    theDemo() = std::make_unique<Demo> (std::move (options));
+    std::string problem;
+    auto recorded = makeRecordedController (options, problem);
+
+    if (! problem.empty())
+    {
+        std::cerr << "demo: " << problem << '\n';
+        return 1;
+    }
+
+    theDemo() = std::make_unique<Demo> (std::move (options), std::move (recorded));
     juce::JUCEApplicationBase::createInstance = &createApplication;
     const auto status = juce::JUCEApplicationBase::main (argc, const_cast<const char**> (argv));
 

@@ -33,7 +33,8 @@ std::optional<BoardOptions> readBoardOptions (int argc, const char* const* argv,
                     secondInterface,
                     "Gives it another HID interface, before or after the right one, with reports of 8 bytes")
         ->check (CLI::IsMember ({ "before", "after" }));
-    app.add_option ("--report", options.reportFile, "At exit, write into this JSON file how the conversation went");
+    app.add_option ("--report", options.reportFile, "At exit, write into this JSON file how the conversation went")
+        ->excludes (app.get_option ("--replay"));
 
     if (const auto status = parseCommandLine (app, argc, argv))
     {

@@ -27,7 +27,7 @@ bool isTransient (int error)
 } // namespace
 
 ControllerBoard::ControllerBoard (UsbGadget& gadgetToUse,
-                                  VirtualController& controllerToUse,
+                                  SimulatedController& controllerToUse,
                                   std::size_t interfaceCount,
                                   std::size_t controllerInterface)
     : gadget (gadgetToUse),

@@ -4,8 +4,8 @@
 #pragma once
 
 #include "HidgNode.h"
+#include "SimulatedController.h"
 #include "UsbGadget.h"
-#include "VirtualController.h"
 
 #include <chrono>
 #include <map>
@@ -24,7 +24,7 @@ public:
     /** @param gadgetToUse          created, with an interface for each of @p interfaceCount
         @param controllerInterface  the one on which the controller answers; both objects outlive this one */
     ControllerBoard (UsbGadget& gadgetToUse,
-                     VirtualController& controllerToUse,
+                     SimulatedController& controllerToUse,
                      std::size_t interfaceCount,
                      std::size_t controllerInterface);
 
@@ -36,7 +36,7 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
-    using Event = VirtualController::Event;
+    using Event = SimulatedController::Event;
 
     void readCommands();
     void obey (std::string_view command);
@@ -49,7 +49,7 @@ private:
     [[nodiscard]] int millisecondsToNextEvent() const;
 
     UsbGadget& gadget;
-    VirtualController& controller;
+    SimulatedController& controller;
     std::vector<HidgNode> nodes; ///< by interface; closed while the controller is not plugged in
     const HidgNode& controllerNode;
 

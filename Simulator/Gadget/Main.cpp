@@ -36,7 +36,7 @@ int openSignals()
 }
 
 /** Serves the host until the end. @returns what went wrong, for people */
-std::string serve (const BoardOptions& options, VirtualController& controller)
+std::string serve (const BoardOptions& options, SimulatedController& controller)
 {
     const auto signals = openSignals();
     UsbPort port;
@@ -82,7 +82,13 @@ int runController (int argc, const char* const* argv)
         exitStatus = 1;
     };
 
-    say (serve (*options, controller));
+    std::string problem;
+    const auto recorded = makeRecordedController (options->controller, problem);
+    say (problem);
+
+    if (problem.empty())
+        say (serve (*options, recorded != nullptr ? static_cast<SimulatedController&> (*recorded) : controller));
+
     say (writeReceivedBlocks (controller, options->controller.receivedFolder));
 
     if (! options->reportFile.empty())
