@@ -9,7 +9,7 @@
 #include <charconv>
 #include <fstream>
 #include <span>
-#include <string_view>
+#include <string>
 
 namespace wqv
 {
@@ -33,25 +33,6 @@ std::int32_t numberIn (std::string_view text, int base)
     return number;
 }
 
-/** Bus and ports on the way to the device, the nearest to the root first: "bus 2, ports 1.4" is 0x0201040000000000. */
-std::uint64_t locationOf (udev_device* usbDevice)
-{
-    constexpr int levels = 7;
-
-    auto location = static_cast<std::uint64_t> (numberIn (attributeOf (usbDevice, "busnum"), 10)) & 0xFF;
-    auto ports = attributeOf (usbDevice, "devpath");
-
-    for (int level = 0; level < levels; ++level)
-    {
-        location = (location << 8) | (static_cast<std::uint64_t> (numberIn (ports, 10)) & 0xFF);
-
-        const auto dot = ports.find ('.');
-        ports = dot != std::string_view::npos ? ports.substr (dot + 1) : std::string_view();
-    }
-
-    return location;
-}
-
 ReportLengths reportLengthsOf (udev_device* hid)
 {
     if (hid == nullptr)
@@ -65,6 +46,23 @@ ReportLengths reportLengthsOf (udev_device* hid)
 }
 
 } // namespace
+
+std::uint64_t usbLocation (std::string_view bus, std::string_view ports)
+{
+    constexpr int levels = 7;
+
+    auto location = static_cast<std::uint64_t> (numberIn (bus, 10)) & 0xFF;
+
+    for (int level = 0; level < levels; ++level)
+    {
+        location = (location << 8) | (static_cast<std::uint64_t> (numberIn (ports, 10)) & 0xFF);
+
+        const auto dot = ports.find ('.');
+        ports = dot != std::string_view::npos ? ports.substr (dot + 1) : std::string_view();
+    }
+
+    return location;
+}
 
 std::optional<HidDevice> describeUsbHidDevice (udev_device& hidraw)
 {
@@ -82,7 +80,7 @@ std::optional<HidDevice> describeUsbHidDevice (udev_device& hidraw)
     return HidDevice { .vendorId = numberIn (attributeOf (usbDevice, "idVendor"), hexadecimal),
                        .productId = numberIn (attributeOf (usbDevice, "idProduct"), hexadecimal),
                        .versionNumber = numberIn (attributeOf (usbDevice, "bcdDevice"), hexadecimal),
-                       .location = locationOf (usbDevice),
+                       .location = usbLocation (attributeOf (usbDevice, "busnum"), attributeOf (usbDevice, "devpath")),
                        .interfaceNumber = numberIn (attributeOf (usbInterface, "bInterfaceNumber"), hexadecimal),
                        .inputReportLength = reportLengths.input,
                        .outputReportLength = reportLengths.output };

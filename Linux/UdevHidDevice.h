@@ -7,9 +7,10 @@
 
 #include <libudev.h>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
-#include <string>
+#include <string_view>
 
 namespace wqv
 {
@@ -25,6 +26,12 @@ struct UdevRelease
 
 template <typename Object>
 using UdevPointer = std::unique_ptr<Object, UdevRelease>;
+
+/** Where a device is plugged in, as HidDevice::location has it: the bus, then the ports on the way to the device, a byte each.
+    "2" and "1.4" are 0x0201040000000000.
+    @param bus    the attribute busnum
+    @param ports  the attribute devpath */
+[[nodiscard]] std::uint64_t usbLocation (std::string_view bus, std::string_view ports);
 
 /** Describes the USB device behind a hidraw node; its id is left 0.
     @returns nothing for a device that is not a USB device, or is no longer there */
