@@ -82,6 +82,11 @@ windows()
     timeout 5 xdotool search --onlyvisible --class '^WQVUpdateProgram$' 2>/dev/null || true
 }
 
+is_unseen()
+{
+    [[ -z $(windows) ]]
+}
+
 title_is()
 {
     [[ $(timeout 5 xdotool getwindowname "$window" 2>/dev/null) == "$1" ]]

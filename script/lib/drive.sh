@@ -44,6 +44,26 @@ end_run()
     done
 }
 
+# start_own_display: for a run that ends it.
+start_own_display()
+{
+    scratch=$scratch/$run
+    mkdir "$scratch"
+    start_display
+    processes[server]=$server
+    processes[manager]=$manager
+}
+
+# end_display: the program's end on it has status 1, and one line.
+end_display()
+{
+    # shellcheck disable=SC2034 # expect_end reads it
+    told_at=$(milliseconds)
+    kill "$server"
+    expect_end "the end of the display" 1
+    (($(grep -c 'the display has gone away' "$log") == 1)) || fail "$run: not one line: $(cat "$log")"
+}
+
 has_window_or_ended()
 {
     is_settled "Updater Program" || has_ended "$program"
@@ -86,10 +106,13 @@ expect_end()
 # expect_blocks WQV_PACKAGE PACKAGE FOLDER: the folder has the package's blocks that are to be written, and no other.
 expect_blocks()
 {
-    local plain=$scratch/plain-$run enabled=0 number block
+    local plain=$scratch/plain enabled=0 number block
 
-    "$1" extract "$2" "$plain" >/dev/null || fail "$run: wqv-package extract"
-    "$1" inspect --json "$2" >"$plain/package.json" || fail "$run: inspect --json"
+    # Once, whatever the run.
+    if [[ ! -e $plain/package.json ]]; then
+        "$1" extract "$2" "$plain" >/dev/null || fail "$run: wqv-package extract"
+        "$1" inspect --json "$2" >"$plain/package.json" || fail "$run: inspect --json"
+    fi
 
     while read -r number block; do
         number=$(printf '%02d' "$number")
