@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The HID service of Linux on a made-up system: what udev and hidraw really do to it.
+// The HID service of Linux on a made-up system: what every service must do, and what udev and hidraw really do to it.
 
+#include "HidServiceContract.h"
 #include "LinuxHidService.h"
 #include "MessageLoop.h"
 #include "MockController.h"
@@ -17,16 +18,16 @@
 #include <linux/capability.h>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <sys/syscall.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace wqv
 {
 namespace
 {
-
-constexpr int tenTimes = 10;
 
 /** This process's open terminals: a hidraw node that is left open is one of them. */
 std::vector<int> openTerminals()
@@ -51,6 +52,60 @@ void obeyPermissions()
     ASSERT_EQ (syscall (SYS_capset, &header, sets.data()), 0);
 }
 
+class LinuxWorld
+{
+public:
+    static bool isPossible() { return TestBed::isPossible(); }
+    static bool knows (HidService::OpenResult) { return true; }
+    static bool canHold() { return true; }
+
+    HidService& service() { return hidService; }
+    void plugIn() { mock.plugIn(); }
+    void unplug() { mock.unplug(); }
+    void send (const std::vector<std::uint8_t>& report) { mock.send ({ &report, 1 }); }
+    void takeNoReport() { replaceController ("hold@1"); }
+
+    void refuse (HidService::OpenResult result)
+    {
+        obeyPermissions();
+        mock.setMode (result == HidService::OpenResult::denied ? 0 : 0600);
+
+        if (result == HidService::OpenResult::inUse)
+            EXPECT_TRUE (mock.lockNode());
+        else
+            mock.unlockNode();
+    }
+
+    std::size_t taken()
+    {
+        replaceController ("");
+        return takenBefore;
+    }
+
+    template <typename Condition>
+    void runUntil (Condition&& isSo)
+    {
+        loop.runUntil (isSo);
+    }
+
+    void drain() { loop.drain(); }
+
+private:
+    /** What the old one did not take counts no more. */
+    void replaceController (const char* faults)
+    {
+        takenBefore += mock.controller.requestCount() - std::exchange (held, std::string_view (faults).empty() ? 0 : 1);
+        mock.controller = VirtualController (*parseFaultScript (faults));
+    }
+
+    TestBed bed;
+    MockController mock { bed, UsbHid { .reportDescriptor = controllersReportDescriptor() } };
+    MessageLoop loop;
+    LinuxHidService hidService;
+    std::size_t takenBefore = 0;
+    std::size_t held = 0;
+};
+
 class LinuxHidServiceTests : public testing::Test, public HidService::Listener
 {
 protected:
@@ -63,10 +118,9 @@ protected:
     }
 
     /** Makes the service, and the controller that can be plugged in. */
-    void start (const char* faults = "")
+    void start()
     {
-        mock = std::make_unique<MockController> (
-            *bed, UsbHid { .reportDescriptor = controllersReportDescriptor() }, *parseFaultScript (faults));
+        mock = std::make_unique<MockController> (*bed, UsbHid { .reportDescriptor = controllersReportDescriptor() });
         service = std::make_unique<LinuxHidService>();
         service->setListener (this);
     }
@@ -155,19 +209,15 @@ TEST_F (LinuxHidServiceTests, TellsOfUsbDevicesWhatTheirParentsSay)
     EXPECT_EQ (service->devices().size(), 1);
 }
 
-TEST_F (LinuxHidServiceTests, FollowsAControllerThatComesAndGoes)
+TEST_F (LinuxHidServiceTests, OpensANodeWithoutWaitingAndLeavesNoneOpen)
 {
     start();
     const auto before = openTerminals();
 
-    for (int times = 1; times <= tenTimes; ++times)
+    for (int times = 1; times <= 2; ++times)
     {
-        const auto earlier = last.id;
         mock->plugIn();
         loop.runUntil ([&] { return attached == times; });
-        EXPECT_EQ (result, HidService::OpenResult::ok);
-        EXPECT_NE (last.id, earlier);
-        EXPECT_EQ (service->devices().size(), 1);
 
         for (const auto terminal : openTerminals())
         {
@@ -177,16 +227,12 @@ TEST_F (LinuxHidServiceTests, FollowsAControllerThatComesAndGoes)
             }
         }
 
+        EXPECT_GT (openTerminals().size(), before.size());
         mock->unplug();
         loop.runUntil ([&] { return removed == times; });
-        EXPECT_TRUE (service->devices().empty());
         connection.reset();
         EXPECT_EQ (openTerminals(), before);
     }
-
-    loop.drain();
-    EXPECT_EQ (attached, tenTimes);
-    EXPECT_EQ (removed, tenTimes);
 }
 
 /** The node ends before udev says that the device was removed. */
@@ -219,18 +265,11 @@ TEST_F (LinuxHidServiceTests, OpensADeniedControllerWhenItMayLater)
     obeyPermissions();
     start();
     mock->plugIn();
-    mock->setMode (0);
     loop.runUntil ([&] { return attached == 1; });
-    EXPECT_EQ (result, HidService::OpenResult::denied);
-
-    // Shortly after, of its own accord.
-    mock->setMode (0600);
-    loop.runUntil ([&] { return attached == 2; });
-    EXPECT_EQ (result, HidService::OpenResult::ok);
 
     const std::function<void()> waysToTell[] = { [&] { bed->tell (0, "change"); }, [&] { mock->touch(); } };
 
-    // Denied again, with nobody who tries, so that only an event of udev's, or the node's attributes, can tell.
+    // With nobody who tries, so that only an event of udev's, or the node's attributes, can tell.
     for (const auto& tell : waysToTell)
     {
         connection->stopInput();
@@ -249,25 +288,12 @@ TEST_F (LinuxHidServiceTests, OpensADeniedControllerWhenItMayLater)
         EXPECT_EQ (result, HidService::OpenResult::ok);
     }
 
-    EXPECT_EQ (removed, 0);
-}
-
-TEST_F (LinuxHidServiceTests, SharesAControllerWithNobody)
-{
-    start();
-    mock->plugIn();
-    EXPECT_TRUE (mock->lockNode());
-    loop.runUntil ([&] { return attached == 1; });
-    EXPECT_EQ (result, HidService::OpenResult::inUse);
-
-    mock->unlockNode();
-    loop.runUntil ([&] { return attached == 2; });
-    EXPECT_EQ (result, HidService::OpenResult::ok);
+    // Who has it open has it alone.
     EXPECT_FALSE (mock->lockNode());
-
     connection->stopInput();
     connection.reset();
     EXPECT_TRUE (mock->lockNode());
+    EXPECT_EQ (removed, 0);
 }
 
 TEST_F (LinuxHidServiceTests, HandsOverABurstOfReportsInOrder)
@@ -283,20 +309,13 @@ TEST_F (LinuxHidServiceTests, HandsOverABurstOfReportsInOrder)
     mock->send (sent);
     loop.runUntil ([&] { return received.size() >= sent.size(); });
     EXPECT_EQ (received, sent);
-}
-
-TEST_F (LinuxHidServiceTests, SaysThatTheSystemDoesNotTakeAReport)
-{
-    start ("hold@1");
-    mock->plugIn();
-    loop.runUntil ([&] { return attached == 1; });
-    EXPECT_FALSE (connection->send (finishRequest()));
-    EXPECT_TRUE (connection->send (finishRequest()));
     EXPECT_FALSE (connection->send (std::vector<std::uint8_t> (2000)));
-    EXPECT_EQ (mock->controller.requestCount(), 2);
 }
 
 } // namespace
+
+INSTANTIATE_TYPED_TEST_SUITE_P (Linux, HidServiceContract, LinuxWorld);
+
 } // namespace wqv
 
 int main (int argc, char* argv[])
