@@ -5,6 +5,8 @@
 
 #include "IoHidDevice.h"
 
+#include <IOKit/IOReturn.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdio>

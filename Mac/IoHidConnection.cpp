@@ -3,6 +3,8 @@
 
 #include "IoHidConnection.h"
 
+#include <IOKit/IOReturn.h>
+
 #include <algorithm>
 #include <utility>
 

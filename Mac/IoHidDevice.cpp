@@ -5,6 +5,8 @@
 
 #include "CfPointer.h"
 
+#include <IOKit/IOKitLib.h>
+
 #include <algorithm>
 #include <cassert>
 

@@ -7,6 +7,8 @@
 #include "IoHidConnection.h"
 #include "IoHidDevice.h"
 
+#include <IOKit/IOReturn.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdio>

@@ -6,6 +6,8 @@
 #include "CfPointer.h"
 #include "Complaint.h"
 
+#include <IOKit/IOReturn.h>
+
 namespace wqv
 {
 

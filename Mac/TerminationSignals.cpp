@@ -5,6 +5,7 @@
 
 #include <csignal>
 #include <cstddef>
+#include <cstdint>
 #include <utility>
 
 namespace wqv

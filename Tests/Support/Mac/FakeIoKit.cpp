@@ -3,6 +3,7 @@
 
 #include "CfObjects.h"
 
+#include <IOKit/IOKitLib.h>
 #include <IOKit/pwr_mgt/IOPMLib.h>
 
 #include <algorithm>

@@ -4,33 +4,14 @@
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
+#include <IOKit/IOReturn.h>
+#include <IOKit/IOTypes.h>
 
 #include <cstdint>
 
-using IOReturn = int;
-using IOOptionBits = std::uint32_t;
-using io_service_t = unsigned;
-using io_registry_entry_t = unsigned;
-
-constexpr IOReturn ioReturn (unsigned number)
-{
-    return static_cast<IOReturn> (0xE0000000U | number);
-}
-
-constexpr IOReturn kIOReturnSuccess = 0;
-constexpr IOReturn kIOReturnNoDevice = ioReturn (0x2C0);
-constexpr IOReturn kIOReturnNotPrivileged = ioReturn (0x2C1);
-constexpr IOReturn kIOReturnExclusiveAccess = ioReturn (0x2C5);
-constexpr IOReturn kIOReturnBusy = ioReturn (0x2D5);
-constexpr IOReturn kIOReturnTimeout = ioReturn (0x2D6);
-constexpr IOReturn kIOReturnNotPermitted = ioReturn (0x2E2);
-
 constexpr IOOptionBits kIOHIDOptionsTypeNone = 0;
 constexpr IOOptionBits kIOHIDOptionsTypeSeizeDevice = 1;
-constexpr IOOptionBits kIORegistryIterateRecursively = 1;
-constexpr IOOptionBits kIORegistryIterateParents = 2;
 
-#define kIOServicePlane "IOService"
 #define kIOHIDVendorIDKey "VendorID"
 #define kIOHIDProductIDKey "ProductID"
 #define kIOHIDVersionNumberKey "VersionNumber"
@@ -81,6 +62,3 @@ void IOHIDDeviceScheduleWithRunLoop (IOHIDDeviceRef device, CFRunLoopRef runLoop
 void IOHIDDeviceUnscheduleFromRunLoop (IOHIDDeviceRef device, CFRunLoopRef runLoop, CFStringRef mode);
 IOReturn IOHIDDeviceSetReport (
     IOHIDDeviceRef device, IOHIDReportType type, CFIndex reportId, const std::uint8_t* report, CFIndex reportLength);
-
-CFTypeRef IORegistryEntrySearchCFProperty (
-    io_registry_entry_t entry, const char* plane, CFStringRef key, CFAllocatorRef allocator, IOOptionBits options);

@@ -3,7 +3,11 @@
 
 #pragma once
 
-#include <IOKit/hid/IOHIDLib.h>
+#include <CoreFoundation/CoreFoundation.h>
+#include <IOKit/IOReturn.h>
+#include <IOKit/IOTypes.h>
+
+#include <cstdint>
 
 using IOPMAssertionID = std::uint32_t;
 using IOPMAssertionLevel = std::uint32_t;
