@@ -6,6 +6,8 @@
 #include "Complaint.h"
 #include "HidrawConnection.h"
 
+#include <juce_events/juce_events.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>

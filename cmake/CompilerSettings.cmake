@@ -6,6 +6,8 @@
 set (CMAKE_CXX_STANDARD 20)
 set (CMAKE_CXX_STANDARD_REQUIRED ON)
 set (CMAKE_CXX_EXTENSIONS OFF)
+set (CMAKE_OBJCXX_STANDARD 20)
+set (CMAKE_OBJCXX_STANDARD_REQUIRED ON)
 set (CMAKE_POSITION_INDEPENDENT_CODE ON)
 
 set (WQV_SANITIZERS "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them (address,undefined or thread)")
@@ -15,14 +17,14 @@ if (WQV_SANITIZERS)
     add_link_options (-fsanitize=${WQV_SANITIZERS})
 endif()
 
-# The settings of every target of ours; JUCE's modules do not link to it. Without -Wrestrict, which g++ 12 reports
+# The settings of every target of ours; JUCE's modules do not link to it. Without -Wrestrict, which g++ 12 alone reports
 # for "text" + std::string where nothing overlaps.
 add_library (wqv_settings INTERFACE)
 
 target_compile_options (wqv_settings INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wcast-qual -Wcast-align
     -Wnon-virtual-dtor -Woverloaded-virtual -Wdouble-promotion -Wformat=2 -Wno-format-nonliteral
-    -Wundef -Wunused -Wno-restrict)
+    -Wundef -Wunused $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 
 # A static library that is one layer: its folder is its include root, and only what it links can be included.
 #   wqv_add_layer (NAME SOURCES file ... [PUBLIC target ...] [PRIVATE target ...])

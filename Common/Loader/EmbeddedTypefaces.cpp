@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds an embedded typeface by the name of its family, and makes it when it is first asked for.
+// Finds a typeface by the name of its family, and makes an embedded one when it is first asked for.
 
 #include "EmbeddedTypefaces.h"
 
@@ -11,8 +11,14 @@ namespace wqv
 
 juce::Typeface::Ptr EmbeddedTypefaces::find (const juce::Font& font)
 {
-    const auto named = std::ranges::find_if (
-        fontList, [name = font.getTypefaceName()] (const EmbeddedFamily& family) { return name == family.name; });
+    const auto name = font.getTypefaceName();
+    const auto named =
+        std::ranges::find_if (fontList, [&name] (const EmbeddedFamily& family) { return name == family.name; });
+
+    // JUCE's own names for fonts that nobody has named are in angle brackets.
+    if (named == fontList.end() && name.isNotEmpty() && ! name.startsWithChar ('<'))
+        return juce::Typeface::createSystemTypefaceFor (font);
+
     const auto& embedded = named != fontList.end() ? *named : fontList.front();
     auto& family = families[static_cast<std::size_t> (&embedded - fontList.data())];
     auto& typeface = font.isBold() ? family.bold : family.regular;

@@ -12,12 +12,13 @@
 namespace wqv
 {
 
-/** Finds the embedded typefaces by the names in fontList. No font file of the machine is read, so the program looks
-    the same on every machine. Message thread only. */
+/** Finds the embedded typefaces by the names in fontList. No font file of the machine is read, unless a language has a font
+    of the system: so the program looks the same on every machine of a system. Message thread only. */
 class EmbeddedTypefaces
 {
 public:
-    /** The typeface for a font: of its family if that is an embedded one, else of the Latin one; bold or regular. */
+    /** The typeface for a font: of its family if that is an embedded one or, for a language, the system's; else of the
+        Latin one; bold or regular. */
     [[nodiscard]] juce::Typeface::Ptr find (const juce::Font& font);
 
 private:

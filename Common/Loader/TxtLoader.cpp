@@ -3,6 +3,8 @@
 
 #include "TxtLoader.h"
 
+#include "SystemFonts.h"
+
 #include <algorithm>
 #include <string_view>
 
@@ -42,8 +44,11 @@ void TxtLoader::releaseInstance()
 
 TxtLoader::TxtLoader (FlgTable fontSection)
 {
-    std::ranges::transform (langList, m_font.begin(), &Language::family);
     Load (language_txt, fontSection, m_font);
+
+    for (std::uint32_t language = 0; language < languageCount; ++language)
+        m_font[language] = familyInReach (m_font[language], langList[language].family);
+
     Load (language_txt, FLG_LANG, m_lang);
 }
 

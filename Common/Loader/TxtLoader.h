@@ -23,8 +23,9 @@ class TxtLoader final
 public:
     /** Makes the instance, if there is none, in the language that the user prefers.
         @param preferred    language identifiers such as "de-DE" or "zh-Hans-CN", most preferred first
-        @param fontSection  the section of language.txt that names the system's fonts; a language that it leaves out, and
-                            every language with FLG_NONE, has its embedded family of typefaces */
+        @param fontSection  the section of language.txt that names the system's fonts; a language that it leaves out, or
+                            whose font the system does not have, and every language with FLG_NONE, has its embedded family
+                            of typefaces */
     static void createInstance (std::span<const std::string> preferred = {}, FlgTable fontSection = FLG_NONE);
 
     /** The instance; made if there is none. */
@@ -44,10 +45,10 @@ public:
         return getString (static_cast<std::uint32_t> (id));
     }
 
-    /** The font name of the current language. */
+    /** The family of typefaces of the current language: the system's, or an embedded one. */
     [[nodiscard]] const juce::String& getFont() const { return getFont (m_locale); }
 
-    /** The font name of a language; empty for an index that there is not. */
+    /** The same of a language; empty for an index that there is not. */
     [[nodiscard]] const juce::String& getFont (std::uint32_t language) const;
 
     /** A language's name for itself; empty for an index that there is not. */

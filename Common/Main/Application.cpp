@@ -39,7 +39,8 @@ void Application::initialise (const juce::String& /*commandLine*/)
                         .folder = platform.executableFile().parent_path(),
                         .quit = [this] { systemRequestedQuit(); },
                         .keepAwake = [this] { return std::make_shared<KeepAwake> (platform, name); } },
-        platform.preferredLanguages());
+        platform.preferredLanguages(),
+        windowSystem.fontSection());
     attachment = windowSystem.attach (*mainWindow, [this] { mainWindow->abandonUpdate(); });
     mainWindow->appear();
 }

@@ -11,8 +11,11 @@
 namespace wqv
 {
 
-MainWindow::MainWindow (const juce::String& name, Updater::Host host, std::span<const std::string> preferredLanguages)
-    : ResizableWindow (name, false), content (*new MainComponent (std::move (host), preferredLanguages))
+MainWindow::MainWindow (const juce::String& name,
+                        Updater::Host host,
+                        std::span<const std::string> preferredLanguages,
+                        FlgTable fontSection)
+    : ResizableWindow (name, false), content (*new MainComponent (std::move (host), preferredLanguages, fontSection))
 {
     setUsingNativeTitleBar (true);
     setContentOwned (&content, true);

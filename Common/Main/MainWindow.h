@@ -18,7 +18,10 @@ class MainWindow final : public juce::ResizableWindow
 {
 public:
     /** Makes the window around the panel, which is as large as its client area; it is not yet on the screen. */
-    MainWindow (const juce::String& name, Updater::Host host, std::span<const std::string> preferredLanguages);
+    MainWindow (const juce::String& name,
+                Updater::Host host,
+                std::span<const std::string> preferredLanguages,
+                FlgTable fontSection);
 
     /** Shows the window, centred. */
     void appear();

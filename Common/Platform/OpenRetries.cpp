@@ -3,6 +3,8 @@
 
 #include "OpenRetries.h"
 
+#include <juce_events/juce_events.h>
+
 #include <utility>
 #include <vector>
 
@@ -16,15 +18,26 @@ constexpr int attemptsInAll = 20;
 
 } // namespace
 
+/** JUCE's timer, which the header does not show: it is used where there is no JUCE in reach. */
+class OpenRetries::Timer final : public juce::Timer
+{
+public:
+    explicit Timer (OpenRetries& ownerToUse) : owner (ownerToUse) {}
+
+private:
+    void timerCallback() override { owner.tryWhatIsDue(); }
+
+    OpenRetries& owner;
+};
+
 OpenRetries::OpenRetries (std::function<void (HidDeviceId)> tryAgain, std::function<void (HidDeviceId)> giveUp)
-    : tryAgainCallback (std::move (tryAgain)), giveUpCallback (std::move (giveUp))
+    : tryAgainCallback (std::move (tryAgain)),
+      giveUpCallback (std::move (giveUp)),
+      timer (std::make_unique<Timer> (*this))
 {
 }
 
-OpenRetries::~OpenRetries()
-{
-    stopTimer();
-}
+OpenRetries::~OpenRetries() = default;
 
 void OpenRetries::begin (HidDeviceId device)
 {
@@ -36,7 +49,7 @@ void OpenRetries::failed (HidDeviceId device)
     if (const auto found = attempts.find (device); found != attempts.end())
     {
         found->second.isDue = true;
-        startTimer (millisecondsBetweenAttempts);
+        timer->startTimer (millisecondsBetweenAttempts);
     }
 }
 
@@ -45,9 +58,9 @@ void OpenRetries::end (HidDeviceId device)
     attempts.erase (device);
 }
 
-void OpenRetries::timerCallback()
+void OpenRetries::tryWhatIsDue()
 {
-    stopTimer();
+    timer->stopTimer();
 
     std::vector<HidDeviceId> again;
     std::vector<HidDeviceId> never;

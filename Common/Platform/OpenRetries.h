@@ -5,23 +5,25 @@
 
 #include "HidService.h"
 
-#include <juce_events/juce_events.h>
-
 #include <functional>
 #include <map>
+#include <memory>
 
 namespace wqv
 {
 
 /** A device's node and its permissions may come shortly after the news of it, so a system's HID service tries for two
     seconds to open it. Message thread only. */
-class OpenRetries final : private juce::Timer
+class OpenRetries final
 {
 public:
     /** @param tryAgain  called for a device that is to be opened once more; it may call all operations
         @param giveUp    called instead when that was tried often enough */
     OpenRetries (std::function<void (HidDeviceId)> tryAgain, std::function<void (HidDeviceId)> giveUp);
-    ~OpenRetries() override;
+    ~OpenRetries();
+
+    OpenRetries (const OpenRetries&) = delete;
+    OpenRetries& operator= (const OpenRetries&) = delete;
 
     /** The device has come, something about it has changed, or it was opened: failures count from here on. */
     void begin (HidDeviceId device);
@@ -39,11 +41,14 @@ private:
         bool isDue = false;
     };
 
-    void timerCallback() override;
+    class Timer;
+
+    void tryWhatIsDue();
 
     std::function<void (HidDeviceId)> tryAgainCallback;
     std::function<void (HidDeviceId)> giveUpCallback;
     std::map<HidDeviceId, Attempts> attempts;
+    const std::unique_ptr<Timer> timer;
 };
 
 } // namespace wqv

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -15,6 +16,8 @@ class ResizableWindow;
 
 namespace wqv
 {
+
+enum FlgTable : std::int32_t;
 
 /** What a system does for one window, while this object lives. Message thread. */
 class WindowAttachment
@@ -45,6 +48,9 @@ public:
 
     /** Whether JUCE is to look for another instance, where its own way is safe. */
     [[nodiscard]] virtual bool leavesInstancesToJuce() const = 0;
+
+    /** The section of the language table that names the fonts of this system; FLG_NONE for the embedded ones alone. */
+    [[nodiscard]] virtual FlgTable fontSection() const = 0;
 
     /** Attaches to a window: its size stays as it is, it follows all that the display tells, and another instance raises it
         while it is visible.

@@ -7,6 +7,7 @@
 #include "DisplayLoss.h"
 #include "FixedSize.h"
 #include "SingleInstance.h"
+#include "TextResource.h"
 #include "WindowSystem.h"
 
 #include <cstdlib>
@@ -78,6 +79,9 @@ public:
 
     /** JUCE's lock is a file in a public folder, which any user could hold. */
     [[nodiscard]] bool leavesInstancesToJuce() const override { return false; }
+
+    /** JUCE would read every font file of the machine. */
+    [[nodiscard]] FlgTable fontSection() const override { return FLG_NONE; }
 
     [[nodiscard]] std::unique_ptr<WindowAttachment> attach (juce::ResizableWindow& window,
                                                             std::function<void()> onDisplayLoss) override

@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include "HidHandler.h"
 #include "HidService.h"
 
 #include <algorithm>
@@ -11,7 +10,6 @@
 #include <map>
 #include <memory>
 #include <mutex>
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -118,19 +116,6 @@ private:
     };
 
     std::mutex closing;
-};
-
-/** Writes down what it hears: m(atching), r(emoval), i(nput). */
-struct NotingHandler final : HidHandler
-{
-    void matchingCallBack() override { heard += 'm'; }
-    void removalCallBack() override { heard += 'r'; }
-    void inputCallBack() override { heard += 'i'; }
-
-    /** What was heard since the last call. */
-    [[nodiscard]] std::string news() { return std::exchange (heard, {}); }
-
-    std::string heard;
 };
 
 } // namespace wqv

@@ -3,6 +3,7 @@
 
 #include "FakeHidService.h"
 #include "HidCtrl.h"
+#include "NotingHandler.h"
 
 #include <gtest/gtest.h>
 

@@ -3,6 +3,7 @@
 
 #include "FakeHidService.h"
 #include "HidUtil.h"
+#include "NotingHandler.h"
 
 #include <gtest/gtest.h>
 

@@ -5,6 +5,7 @@
 #include "JuceVersions.h"
 #include "PanelFixture.h"
 #include "PreferredLanguages.h"
+#include "SystemFonts.h"
 #include "TextResource.h"
 #include "TxtLoader.h"
 
@@ -217,16 +218,39 @@ TEST (Languages, theFirstPreferredThatThereIs)
     }
 }
 
-TEST (Languages, fontsOfTheSectionThatIsAskedFor)
+/** This system has none of the fonts of others, since the program does not let JUCE look for any. */
+TEST (Languages, aFontThatTheSystemLacksIsTheEmbeddedOne)
 {
-    for (const auto& [section, font] : { std::pair (FLG_NONE, "WQV Sans JP"),
-                                         std::pair (FLG_FONT_WIN, "MS UI Gothic"),
-                                         std::pair (FLG_FONT_MAC, "Hiragino Maru Gothic Pro W4") })
+    skipFontsOfTheMachine();
+
+    for (const auto section : { FLG_NONE, FLG_FONT_WIN, FLG_FONT_MAC })
     {
-        TxtLoader::createInstance (std::array { std::string ("ja") }, section);
-        EXPECT_EQ (TxtLoader::getInstance()->getFont(), font);
+        TxtLoader::createInstance ({}, section);
+
+        for (std::uint32_t language = 0; language < languageCount; ++language)
+            EXPECT_EQ (TxtLoader::getInstance()->getFont (language), langList[language].family);
+
         TxtLoader::releaseInstance();
     }
+
+    EXPECT_EQ (valuesOf (language_txt, FLG_FONT_WIN).back(), "MS UI Gothic");
+    EXPECT_EQ (valuesOf (language_txt, FLG_FONT_MAC).back(), "Hiragino Maru Gothic Pro W4");
+}
+
+TEST (Languages, aFontOfTheSystemIsKnownByItsFamilyAndStyle)
+{
+    const juce::StringArray families { "Arial", "Hiragino Maru Gothic", "Hiragino Maru Gothic Pro", "Helvetica" };
+    const auto stylesOf = [] (const juce::String& family) {
+        return family.endsWith ("Pro") ? juce::StringArray { "W4" } : juce::StringArray { "Regular", "Bold" };
+    };
+
+    for (const auto& [name, family] : { std::pair ("Arial", "Arial"),
+                                        std::pair ("Arial Bold", "Arial"),
+                                        std::pair ("Hiragino Maru Gothic Pro W4", "Hiragino Maru Gothic Pro"),
+                                        std::pair ("Hiragino Maru Gothic W4", ""),
+                                        std::pair ("Helvetica Neue", ""),
+                                        std::pair ("Heiti SC", "") })
+        EXPECT_EQ (familyOf (name, families, stylesOf), family) << name;
 }
 
 } // namespace

@@ -88,7 +88,7 @@ TEST (Trace, holdsWhatPassedAndIsReadAgain)
 
 TEST (Trace, ofAFailureLeadsToTheSameWhenItIsPlayed)
 {
-    for (const auto* const fault : { "", "refuse@1", "unplug@2", "wrong@5:0xF9", "busy@6:2,wrong@7:0x55" })
+    for (const auto* const fault : { "", "refuse@1", "unplug@2", "wrong@5:0xF9", "wrong@7:0x55" })
     {
         SCOPED_TRACE (fault);
         UpdaterSurroundings surroundings (fault);

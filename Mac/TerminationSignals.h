@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// SIGTERM, SIGHUP and SIGINT as calls on the message thread.
+
+#pragma once
+
+#include <dispatch/dispatch.h>
+
+#include <array>
+#include <functional>
+
+namespace wqv
+{
+
+/** Turns SIGTERM, SIGHUP and SIGINT into a call on the message thread. One object at a time, made and deleted there. The end of a
+    session, and Quit in the menu, are JUCE's, and do the same. */
+class TerminationSignals
+{
+public:
+    /** @param onSignal  called for each signal, on the message thread */
+    explicit TerminationSignals (std::function<void()> onSignal);
+
+    /** From here on the signals are ignored: the end is under way. */
+    ~TerminationSignals();
+
+    TerminationSignals (const TerminationSignals&) = delete;
+    TerminationSignals& operator= (const TerminationSignals&) = delete;
+
+private:
+    std::function<void()> callback;
+    std::array<dispatch_source_t, 3> sources {};
+};
+
+} // namespace wqv
