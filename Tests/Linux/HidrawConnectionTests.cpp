@@ -118,8 +118,8 @@ TEST_F (HidrawConnectionTests, TellsNothingAfterTheStopNotEvenInABurst)
 TEST_F (HidrawConnectionTests, SaysWhetherTheSystemTookAReport)
 {
     const Bytes report (128, 0xF1);
-    Bytes withId = report;
-    withId.insert (withId.begin(), 0);
+    Bytes withId (1 + report.size(), 0xF1);
+    withId.front() = 0;
 
     EXPECT_TRUE (connection->send (report));
     EXPECT_EQ (nextAtDevice(), withId);
