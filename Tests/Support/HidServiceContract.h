@@ -20,7 +20,7 @@ namespace wqv
 
         HidService& service();
         void plugIn();  void unplug();                   // the controller
-        void send (std::vector<std::uint8_t> report);    // by the controller
+        void send (std::vector<std::uint8_t> report);    // by the controller; 128 bytes: a shorter one is none to some systems
         void refuse (HidService::OpenResult);            // so ends every open from now on, if the system knows that; ok for none
         static bool knows (HidService::OpenResult);
         static bool canHold();
@@ -152,23 +152,24 @@ TYPED_TEST_P (HidServiceContract, writesEachReportIntoTheBufferUntilInputIsStopp
     auto& world = *this->made;
     this->plugInAndOpen();
 
-    const std::vector<std::vector<std::uint8_t>> sent { { 1 }, std::vector<std::uint8_t> (128, 7), { 2, 3 } };
+    const auto report = [] (std::uint8_t byte) { return std::vector<std::uint8_t> (128, byte); };
+    const std::vector<std::vector<std::uint8_t>> sent { report (1), report (7), report (2) };
 
-    for (const auto& report : sent)
-        world.send (report);
+    for (const auto& bytes : sent)
+        world.send (bytes);
 
     world.runUntil ([&] { return this->received.size() >= sent.size(); });
     EXPECT_EQ (this->received, sent);
 
     // What is under way does not arrive, nor what comes afterwards.
-    world.send ({ 4 });
+    world.send (report (4));
     this->connection->stopInput();
     this->connection->stopInput();
-    world.send ({ 5 });
+    world.send (report (5));
     world.drain();
     EXPECT_EQ (this->received, sent);
     EXPECT_EQ (this->buffer[0], 2);
-    EXPECT_TRUE (this->connection->send (std::vector<std::uint8_t> (128, 1)));
+    EXPECT_TRUE (this->connection->send (report (1)));
     this->unplug();
 }
 
