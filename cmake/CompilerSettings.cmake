@@ -17,14 +17,23 @@ if (WQV_SANITIZERS)
     add_link_options (-fsanitize=${WQV_SANITIZERS})
 endif()
 
+# Windows 10 is the oldest; texts for the system are UTF-16.
+if (WIN32)
+    add_compile_definitions (_WIN32_WINNT=0x0A00 UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)
+endif()
+
 # The settings of every target of ours; JUCE's modules do not link to it. Without -Wrestrict, which g++ 12 alone reports
 # for "text" + std::string where nothing overlaps.
 add_library (wqv_settings INTERFACE)
 
-target_compile_options (wqv_settings INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wcast-qual -Wcast-align
-    -Wnon-virtual-dtor -Woverloaded-virtual -Wdouble-promotion -Wformat=2 -Wno-format-nonliteral
-    -Wundef -Wunused $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
+if (MSVC)
+    target_compile_options (wqv_settings INTERFACE /W4 /permissive- /utf-8 /Zc:__cplusplus)
+else()
+    target_compile_options (wqv_settings INTERFACE
+        -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wcast-qual -Wcast-align
+        -Wnon-virtual-dtor -Woverloaded-virtual -Wdouble-promotion -Wformat=2 -Wno-format-nonliteral
+        -Wundef -Wunused $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
+endif()
 
 # A static library that is one layer: its folder is its include root, and only what it links can be included.
 #   wqv_add_layer (NAME SOURCES file ... [PUBLIC target ...] [PRIVATE target ...])

@@ -10,7 +10,7 @@
 
 #include <cstdarg>
 #include <cstdio>
-#include <cstdlib>
+#include <string>
 
 namespace wqv
 {
@@ -33,19 +33,22 @@ juce::String versionText (TextId id, std::int32_t version)
 
 juce::String formatted (const char* utf8Format, ...)
 {
-    char* bytes = nullptr;
     std::va_list arguments;
 
     va_start (arguments, utf8Format);
-    const auto length = vasprintf (&bytes, utf8Format, arguments);
+    const auto length = std::vsnprintf (nullptr, 0, utf8Format, arguments);
     va_end (arguments);
 
     if (length < 0)
         return {};
 
-    auto text = juce::String::fromUTF8 (bytes, length);
-    std::free (bytes); // NOLINT: vasprintf's own memory
-    return text;
+    std::string bytes (static_cast<std::size_t> (length), '\0');
+
+    va_start (arguments, utf8Format);
+    std::vsnprintf (bytes.data(), bytes.size() + 1, utf8Format, arguments);
+    va_end (arguments);
+
+    return juce::String::fromUTF8 (bytes.data(), length);
 }
 
 ScreenText::ScreenText (int panelWidth, int panelHeight)

@@ -4,12 +4,11 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <span>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -22,12 +21,9 @@ class TemporaryFolder
 public:
     TemporaryFolder()
     {
-        auto name = (std::filesystem::temp_directory_path() / "wqv-test-XXXXXX").string();
-
-        if (mkdtemp (name.data()) == nullptr)
-            throw std::runtime_error ("no temporary folder");
-
-        folder = name;
+        do
+            folder = std::filesystem::temp_directory_path() / ("wqv-test-" + std::to_string (std::random_device {}()));
+        while (! std::filesystem::create_directory (folder));
     }
 
     ~TemporaryFolder()

@@ -1,17 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Writes a file whole or not at all, by POSIX calls: only they wait for the disk, and tell "not there" from other
-// errors.
+// Which file is written, and which is never replaced.
 
 #include "OutputFile.h"
 
+#include "FileReplacement.h"
+
 #include <algorithm>
-#include <cerrno>
-#include <cstdlib>
 #include <optional>
 #include <system_error>
-
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace wqv
 {
@@ -20,108 +16,27 @@ namespace
 
 namespace fs = std::filesystem;
 
-/** What the process's mask leaves to a new file, as open() would give it. */
-mode_t modeOfNewFiles()
+/** What lies at a place, links not followed; "not found" is no error. */
+fs::file_status look (const fs::path& place, std::error_code& error)
 {
-    const auto mask = umask (0);
-    umask (mask);
-    return 0666 & ~mask;
-}
+    auto found = fs::symlink_status (place, error);
 
-/** A file under a name that nobody else has; gone again unless it is moved to its own. */
-class TemporaryFile
-{
-public:
-    /** @param mode  its permissions; without one, those of any new file */
-    TemporaryFile (const fs::path& directory, std::optional<mode_t> mode)
-        : path ((directory / ".wqv-package-XXXXXX").string()),
-          descriptor (mkstemp (path.data())),
-          exists (descriptor >= 0)
-    {
-        // It is its owner's alone so far. A file system that knows no permissions refuses others, and has its own.
-        ready = exists && (fchmod (descriptor, mode.value_or (modeOfNewFiles())) == 0 || ! mode);
-    }
+    if (found.type() == fs::file_type::not_found)
+        error.clear();
 
-    ~TemporaryFile()
-    {
-        if (descriptor >= 0)
-            close (descriptor);
-
-        if (exists)
-            unlink (path.c_str());
-    }
-
-    TemporaryFile (const TemporaryFile&) = delete;
-    TemporaryFile& operator= (const TemporaryFile&) = delete;
-
-    /** Like fill(), leaves the cause of a failure in errno. */
-    [[nodiscard]] bool isReady() const { return ready; }
-
-    [[nodiscard]] bool fill (std::span<const std::uint8_t> bytes)
-    {
-        while (! bytes.empty())
-        {
-            const auto count = write (descriptor, bytes.data(), bytes.size());
-
-            if (count > 0)
-                bytes = bytes.subspan (static_cast<std::size_t> (count));
-            else if (errno != EINTR)
-                return false;
-        }
-
-        if (fsync (descriptor) != 0)
-            return false;
-
-        const auto closing = descriptor;
-        descriptor = -1;
-        return close (closing) == 0;
-    }
-
-    [[nodiscard]] std::error_code moveTo (const fs::path& target)
-    {
-        std::error_code error;
-        fs::rename (path, target, error);
-        exists = static_cast<bool> (error);
-        return error;
-    }
-
-private:
-    std::string path;
-    int descriptor;
-    bool exists;
-    bool ready = false;
-};
-
-std::error_code lastError()
-{
-    return { errno, std::generic_category() };
-}
-
-/** What lies at a place, links not followed; nothing when it is sure that there is nothing. */
-std::optional<struct stat> look (const fs::path& place, std::error_code& error)
-{
-    struct stat found
-    {};
-
-    if (lstat (place.c_str(), &found) == 0)
-        return found;
-
-    if (errno != ENOENT)
-        error = lastError();
-
-    return {};
+    return found;
 }
 
 /** Follows links to their end, also to one where nothing is. */
 fs::path behindLinks (fs::path place, std::error_code& error)
 {
-    constexpr int asManyAsTheKernelFollows = 40;
+    constexpr int asManyAsTheSystemFollows = 40;
 
-    for (int links = 0; links <= asManyAsTheKernelFollows; ++links)
+    for (int links = 0; links <= asManyAsTheSystemFollows; ++links)
     {
         const auto found = look (place, error);
 
-        if (error || ! found || ! S_ISLNK (found->st_mode))
+        if (error || ! fs::is_symlink (found))
             return place;
 
         place = place.parent_path() / fs::read_symlink (place, error);
@@ -131,27 +46,16 @@ fs::path behindLinks (fs::path place, std::error_code& error)
     return place;
 }
 
-/** Whether @p found is the file that @p name leads to, or the link of that name. */
-bool isNamed (const struct stat& found, const fs::path& name)
+/** Whether the file, or the link, at @p place is what @p name leads to. */
+bool isNamed (const fs::path& place, const fs::file_status& found, const fs::path& name)
 {
-    const auto isOneOf = [&] (auto find)
-    {
-        struct stat other
-        {};
-        return find (name.c_str(), &other) == 0 && other.st_dev == found.st_dev && other.st_ino == found.st_ino;
-    };
+    std::error_code ignored;
 
-    return isOneOf (stat) || isOneOf (lstat);
-}
+    if (! fs::is_symlink (found))
+        return fs::equivalent (place, name, ignored);
 
-std::error_code replace (const fs::path& place, std::optional<mode_t> mode, std::span<const std::uint8_t> bytes)
-{
-    TemporaryFile temporary (place.has_parent_path() ? place.parent_path() : fs::path ("."), mode);
-
-    if (! temporary.isReady() || ! temporary.fill (bytes))
-        return lastError();
-
-    return temporary.moveTo (place);
+    return place.filename() == name.filename()
+           && fs::equivalent ("." / place.parent_path(), "." / name.parent_path(), ignored);
 }
 
 } // namespace
@@ -163,25 +67,25 @@ std::string writeWholeFile (const fs::path& target,
 {
     std::error_code error;
     const auto place = links == Links::follow ? behindLinks (target, error) : target;
-    const auto old = error ? std::nullopt : look (place, error);
-    std::optional<mode_t> mode;
+    const auto old = error ? fs::file_status() : look (place, error);
+    std::optional<fs::perms> permissions;
 
-    if (old)
+    if (! error && fs::exists (old))
     {
-        const auto input = std::ranges::find_if (inputs, [&] (const auto& name) { return isNamed (*old, name); });
+        const auto input = std::ranges::find_if (inputs, [&] (const auto& name) { return isNamed (place, old, name); });
 
         if (input != inputs.end())
             return target.string() + ": is the input file " + input->string() + ", which is never overwritten";
 
-        if (! S_ISREG (old->st_mode) && ! S_ISLNK (old->st_mode))
+        if (! fs::is_regular_file (old) && ! fs::is_symlink (old))
             return target.string() + ": cannot be replaced: it is not a regular file";
 
-        if (S_ISREG (old->st_mode))
-            mode = old->st_mode & 0777;
+        if (fs::is_regular_file (old))
+            permissions = old.permissions() & fs::perms::all;
     }
 
     if (! error)
-        error = replace (place, mode, bytes);
+        error = replaceFile (place, permissions, bytes);
 
     return error ? target.string() + ": cannot be written: " + error.message() : std::string();
 }
