@@ -78,8 +78,8 @@ void HidFileConnection::startInput (ReportBuffer& reportBuffer,
 /** On a thread of the system's, which waits for the events of all. */
 void CALLBACK HidFileConnection::handleEndOfRead (void* connection, BOOLEAN /*isTimeout*/)
 {
-    const auto& [window, message, device] = static_cast<const HidFileConnection*> (connection)->mailbox;
-    PostMessageW (window, message, device, 0);
+    const auto& to = static_cast<const HidFileConnection*> (connection)->mailbox;
+    PostMessageW (to.window, to.message, to.device, 0);
 }
 
 /** One that cannot be started ends at once, as one that fails later does. */

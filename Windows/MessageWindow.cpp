@@ -61,6 +61,7 @@ MessageWindow::~MessageWindow()
 
 LRESULT CALLBACK MessageWindow::handleMessage (HWND window, UINT message, WPARAM first, LPARAM second)
 {
+    // NOLINTNEXTLINE (performance-no-int-to-ptr): so the system hands pointers on
     const auto* const owner = reinterpret_cast<const MessageWindow*> (GetWindowLongPtrW (window, GWLP_USERDATA));
 
     if (owner != nullptr && owner->handler (message, first, second))

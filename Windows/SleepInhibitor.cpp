@@ -14,6 +14,7 @@ namespace
 BOOL CALLBACK addVisible (HWND window, LPARAM windows)
 {
     if (IsWindowVisible (window) != FALSE)
+        // NOLINTNEXTLINE (performance-no-int-to-ptr): so the system hands pointers on
         reinterpret_cast<std::vector<HWND>*> (windows)->push_back (window);
 
     return TRUE;

@@ -127,6 +127,7 @@ bool WindowsHidService::handleMessage (UINT message, WPARAM first, LPARAM second
 {
     if (message == WM_DEVICECHANGE)
     {
+        // NOLINTNEXTLINE (performance-no-int-to-ptr): so the system hands pointers on
         handleDeviceChange (first, reinterpret_cast<const void*> (second));
         return true;
     }
