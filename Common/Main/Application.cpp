@@ -31,15 +31,16 @@ void Application::initialise (const juce::String& /*commandLine*/)
         return;
     }
 
-    endRequests = platform.onEndRequest ([this] { quit(); });
+    endRequests = platform.onEndRequest ([this] { systemRequestedQuit(); });
     hidService = makeHidService();
-    mainWindow = std::make_unique<MainWindow> (name,
-                                               Updater::Host { .hidService = *hidService,
-                                                               .folder = platform.executableFile().parent_path(),
-                                                               .quit = [this] { quit(); },
-                                                               .keepAwake = [this] { return keepAwake(); } },
-                                               platform.preferredLanguages(),
-                                               windowSystem.fontSection());
+    mainWindow = std::make_unique<MainWindow> (
+        name,
+        Updater::Host { .hidService = *hidService,
+                        .folder = platform.executableFile().parent_path(),
+                        .quit = [this] { systemRequestedQuit(); },
+                        .keepAwake = [this] { return std::make_shared<KeepAwake> (platform, name); } },
+        platform.preferredLanguages(),
+        windowSystem.fontSection());
     attachment = windowSystem.attach (*mainWindow, [this] { mainWindow->abandonUpdate(); });
     mainWindow->appear();
 }
@@ -57,21 +58,6 @@ void Application::shutdown()
     mainWindow.reset();
     hidService.reset();
     endRequests.reset();
-}
-
-void Application::systemRequestedQuit()
-{
-    const auto isUpdating = ! awake.expired();
-
-    if (! (isUpdating && windowSystem.sessionCanWait()))
-        quit();
-}
-
-std::shared_ptr<void> Application::keepAwake()
-{
-    auto made = std::make_shared<KeepAwake> (platform, name);
-    awake = made;
-    return made;
 }
 
 const juce::String Application::getApplicationName() // NOLINT (readability-const-return-type): JUCE's

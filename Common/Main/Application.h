@@ -36,9 +36,6 @@ public:
     /** Deletes the window, and with it the panel, be an update running or not. */
     void shutdown() override;
 
-    /** The session is about to end, or Quit was chosen in macOS's menu. */
-    void systemRequestedQuit() override;
-
     const juce::String getApplicationName() override;    // NOLINT (readability-const-return-type): JUCE's
     const juce::String getApplicationVersion() override; // NOLINT (readability-const-return-type): JUCE's
 
@@ -48,8 +45,6 @@ public:
     void anotherInstanceStarted (const juce::String& commandLine) override;
 
 private:
-    [[nodiscard]] std::shared_ptr<void> keepAwake();
-
     Platform& platform;
     WindowSystem& windowSystem;
     const HidServiceMaker makeHidService;
@@ -58,7 +53,6 @@ private:
     std::unique_ptr<HidService> hidService;
     std::unique_ptr<MainWindow> mainWindow;
     std::unique_ptr<WindowAttachment> attachment;
-    std::weak_ptr<void> awake; ///< there during an update
 };
 
 } // namespace wqv

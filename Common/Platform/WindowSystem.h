@@ -49,17 +49,14 @@ public:
     /** Whether JUCE is to look for another instance, where its own way is safe. */
     [[nodiscard]] virtual bool leavesInstancesToJuce() const = 0;
 
-    /** Whether a session that is to end asks the program, and waits if that refuses: JUCE's systemRequestedQuit. */
-    [[nodiscard]] virtual bool sessionCanWait() const = 0;
-
     /** The section of the language table that names the fonts of this system; FLG_NONE for the embedded ones alone. */
     [[nodiscard]] virtual FlgTable fontSection() const = 0;
 
     /** Attaches to a window: its size stays as it is, it follows all that the display tells, and another instance raises it
         while it is visible.
         @param window         has its size, is not yet on the desktop, outlives what is returned
-        @param onDisplayLoss  called when the display or the session goes away, in the middle of anything and just before the
-                              process ends: it must not use the display */
+        @param onDisplayLoss  called when the display goes away, in the middle of anything and just before the process ends
+                              with status 1: it must not use the display */
     [[nodiscard]] virtual std::unique_ptr<WindowAttachment> attach (juce::ResizableWindow& window,
                                                                     std::function<void()> onDisplayLoss) = 0;
 };

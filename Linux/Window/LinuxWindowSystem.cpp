@@ -80,9 +80,6 @@ public:
     /** JUCE's lock is a file in a public folder, which any user could hold. */
     [[nodiscard]] bool leavesInstancesToJuce() const override { return false; }
 
-    /** What keeps the machine awake holds the end of the session up, too. */
-    [[nodiscard]] bool sessionCanWait() const override { return false; }
-
     /** JUCE would read every font file of the machine. */
     [[nodiscard]] FlgTable fontSection() const override { return FLG_NONE; }
 

@@ -35,9 +35,6 @@ public:
     /** Its lock lies in a folder of the user's, and its message reaches the other instance. */
     [[nodiscard]] bool leavesInstancesToJuce() const override { return true; }
 
-    /** Quit in the menu asks in the same way, and ends the program whatever it does. */
-    [[nodiscard]] bool sessionCanWait() const override { return false; }
-
     [[nodiscard]] FlgTable fontSection() const override { return FLG_FONT_MAC; }
 
     [[nodiscard]] std::unique_ptr<WindowAttachment> attach (juce::ResizableWindow& window,
