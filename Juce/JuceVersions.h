@@ -6,6 +6,10 @@
 
 #include <juce_core/juce_core.h>
 
+#ifdef JUCE_MODULE_AVAILABLE_juce_events
+#include <juce_events/juce_events.h>
+#endif
+
 #ifdef JUCE_MODULE_AVAILABLE_juce_graphics
 #include <juce_graphics/juce_graphics.h>
 
@@ -36,6 +40,29 @@ bool dispatchNextMessageOnSystemQueue (bool returnIfNoPendingMessages);
 
 } // namespace juce
 
+#ifdef JUCE_MODULE_AVAILABLE_juce_events
+namespace wqv
+{
+
+/** Runs the application that @p make makes, to its end.
+    @returns the exit status */
+inline int runApplication (juce::JUCEApplicationBase* (*make)(), int argc, char* argv[])
+{
+    juce::JUCEApplicationBase::createInstance = make;
+
+#ifdef JUCE_WINDOWS
+    // It asks the system for the command line.
+    static_cast<void> (argc);
+    static_cast<void> (argv);
+    return juce::JUCEApplicationBase::main();
+#else
+    return juce::JUCEApplicationBase::main (argc, const_cast<const char**> (argv));
+#endif
+}
+
+} // namespace wqv
+#endif
+
 #ifdef JUCE_MODULE_AVAILABLE_juce_graphics
 namespace wqv
 {
@@ -44,7 +71,7 @@ namespace wqv
     any text. Only JUCE for Linux does that, 7.0.5 and 8.0.6 alike. */
 inline void skipFontsOfTheMachine()
 {
-#if JUCE_LINUX
+#ifdef JUCE_LINUX
     // A folder that has no fonts.
     setenv ("JUCE_FONT_PATH", "/dev/null", 1); // NOLINT (concurrency-mt-unsafe): no other thread reads it yet
 #endif

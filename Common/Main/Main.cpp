@@ -3,6 +3,7 @@
 
 #include "Application.h"
 #include "HidService.h"
+#include "JuceVersions.h"
 
 namespace
 {
@@ -28,6 +29,5 @@ int main (int argc, char* argv[])
     if (const auto exitStatus = theWindowSystem().yieldToOtherInstance())
         return *exitStatus;
 
-    juce::JUCEApplicationBase::createInstance = &createApplication;
-    return juce::JUCEApplicationBase::main (argc, const_cast<const char**> (argv));
+    return wqv::runApplication (&createApplication, argc, argv);
 }

@@ -3,6 +3,7 @@
 
 #include "Application.h"
 #include "ControllerOptions.h"
+#include "JuceVersions.h"
 #include "ReceivedBlocks.h"
 #include "SimulatedHidService.h"
 
@@ -98,8 +99,7 @@ int runDemo (int argc, char* argv[])
     }
 
     theDemo() = std::make_unique<Demo> (std::move (options), std::move (recorded));
-    juce::JUCEApplicationBase::createInstance = &createApplication;
-    const auto status = juce::JUCEApplicationBase::main (argc, const_cast<const char**> (argv));
+    const auto status = runApplication (&createApplication, argc, argv);
 
     return theDemo()->writeBlocks() ? status : 1;
 }

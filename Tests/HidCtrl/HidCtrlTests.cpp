@@ -9,7 +9,7 @@
 
 #include <array>
 #include <atomic>
-#include <latch>
+#include <future>
 #include <thread>
 
 namespace wqv
@@ -129,20 +129,20 @@ TEST_F (HidCtrlTest, nothingIsHeardAfterTheEnd)
 
 TEST_F (HidCtrlTest, aWriteInProgressKeepsItsOwnConnection)
 {
-    std::latch writing (1), letGo (1);
+    std::promise<void> writing, letGo;
     std::vector<HidDeviceId> written;
 
     service.onSend = [&] (HidDeviceId device)
     {
-        writing.count_down();
-        letGo.wait();
+        writing.set_value();
+        letGo.get_future().wait();
         written.push_back (device);
     };
 
     ASSERT_TRUE (session.initialize (handler, 1));
     service.plugIn (FakeHidService::controller (1));
     std::thread worker ([&] { EXPECT_TRUE (session.setData (request)); });
-    writing.wait();
+    writing.get_future().wait();
 
     // The message thread does not wait for the write.
     service.unplug (1);
@@ -150,7 +150,7 @@ TEST_F (HidCtrlTest, aWriteInProgressKeepsItsOwnConnection)
     EXPECT_EQ (service.closed, std::vector<HidDeviceId> {});
     EXPECT_EQ (session.state(), HidCtrl::connected);
 
-    letGo.count_down();
+    letGo.set_value();
     worker.join();
     EXPECT_EQ (written, std::vector<HidDeviceId> { 1 });
     EXPECT_EQ (service.closed, std::vector<HidDeviceId> { 1 });

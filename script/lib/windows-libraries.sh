@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # What the Windows build needs and Debian has no MinGW package of, in build/windows-libraries: libpng, libjpeg-turbo and
 # GoogleTest, built from Debian's sources, and the headers of the libraries that are headers alone.
-# shellcheck shell=bash
+# shellcheck shell=bash disable=SC2016 # apt expands what is in $()
 
 # download_sources FOLDER PACKAGE...: Debian's newest sources that can be had, unpacked there; the machine's own lists of
 # package sources stay as they are.
@@ -58,6 +58,11 @@ make_windows_libraries()
     build_library "$(compgen -G "$new/sources/libpng1.6-*.*")" -D PNG_SHARED=OFF -D PNG_TESTS=OFF -D PNG_EXECUTABLES=OFF
     build_library "$(compgen -G "$new/sources/libjpeg-turbo-*.*")" -D ENABLE_SHARED=OFF -D WITH_TURBOJPEG=OFF -D WITH_SIMD=OFF
     build_library /usr/src/googletest
+
+    # JUCE (7.0.5) includes one header more, as Debian's own package has it, and all of them inside a namespace, which has to
+    # have the type "boolean" too. Said twice, it is the same as Windows's.
+    cp "$new"/sources/libjpeg-turbo-*/jpegint.h "$new/prefix/include"
+    sed -i '/#ifndef __RPCNDR_H__/d; /^typedef unsigned char boolean;/{n;d}' "$new/prefix/include/jconfig.h"
 
     cp -r /usr/include/{CLI,nlohmann} "$new/prefix/include"
     cp -r /usr/share/cmake/{CLI11,nlohmann_json} "$new/prefix/share/cmake"
