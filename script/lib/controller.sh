@@ -1,9 +1,28 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Virtual controllers on USB ports, who may use them, and what the program and they say: for Tests/Linux/drive-controller,
-# after lib/drive.sh.
+# Virtual controllers on USB ports, who may use them, what the program and they say, and the runs that are the same on every
+# system: for Tests/Linux/drive-controller and Tests/Windows/drive-controller, after lib/drive.sh.
 # shellcheck shell=bash disable=SC2154 # scratch, run and log are those of drive.sh
 
-: "${build:?the folder of a build}" "${package:?the update package beside the program}"
+: "${build:?the folder of a build}" "${package:?the update package beside the program}" "${start:?the command of the program}"
+
+# What is sent when, counted from 1: the controller restarts at the first request, and is asked again. The package has two
+# blocks to be written, of 191 and 135 pieces. At the end it is busy for five polls.
+enter=1
+summary=3
+header=4
+piece=40
+last_piece=195
+next_header=196
+finish=332
+last_poll=337
+
+# make_ports: two USB ports of this machine that lead to itself.
+make_ports()
+{
+    modprobe dummy_hcd num=2
+    modprobe --all libcomposite usb_f_hid
+    mountpoint --quiet /sys/kernel/config || mount -t configfs configfs /sys/kernel/config
+}
 
 rule=/etc/udev/rules.d/70-wqv-krv20.rules
 
@@ -76,14 +95,17 @@ end_controller()
 known=$scratch/known
 mkdir "$known"
 
-# compare_screen NAME: "1" if the window's last picture is the documents' one of that name. Greys may differ a little, as they do
-# from one version of JUCE to another; between two screens black and white do.
+# What makes two pictures one screen. Greys may differ a little, as they do from one version of JUCE to another; between two
+# screens black and white do.
+likeness='fx:maxima<0.1'
+
+# compare_screen NAME: "1" if the window's last picture is the documents' one of that name.
 compare_screen()
 {
     # Only an update that is running has none.
     has_button "$scratch/now.pnm" || return 0
     timeout 60 convert "$scratch/now.pnm" "$WQV_ROOT/docs/pictures/$1.png" -crop "$above_buttons" +repage -alpha off \
-        -compose difference -composite -format '%[fx:maxima<0.1]' info: 2>>"$log"
+        -compose difference -composite -format "%[$likeness]" info: 2>>"$log"
 }
 
 # is_screen NAME...: the window shows one of these of the documents' pictures; sets shown. What was compared once is known by
@@ -132,4 +154,60 @@ end_updated()
 {
     end_controller "$1"
     expect_blocks "$build/bin/wqv-package" "$package" "$scratch/$run-$1"
+}
+
+# start_program [SCREEN]: as far as the screen that follows the first one.
+start_program()
+{
+    launch "${start[@]}"
+    expect_screen start
+    click "${right_button[@]}"
+    expect_screen "${1:-ready}"
+}
+
+leave()
+{
+    click "${right_button[@]}"
+    expect_end "the right-hand button"
+}
+
+# update COMPLETE|ERROR [CONTROLLER OPTIONS...]: from start to end. A controller that goes away comes back.
+update()
+{
+    start_controller main 0 "${@:2}"
+    start_program
+    click "${right_button[@]}"
+
+    if [[ " $* " == *unplug@* ]]; then
+        expect_of main 'controller unplugged' $((1 + ("${!#//[!0-9]/}" > enter)))
+        tell main plug
+    fi
+
+    expect_outcome "$1"
+    leave
+}
+
+whole_update()
+{
+    update complete
+    end_updated main
+    expect_requests main "$last_poll"
+}
+
+# Nothing had begun, so it is asked again.
+unplugged_at_first_request()
+{
+    update complete --fault "unplug@$enter"
+    end_updated main
+}
+
+# The next update does what this one could not.
+unplugged_at_piece()
+{
+    update error --fault "unplug@$piece"
+    start_program
+    click "${right_button[@]}"
+    expect_outcome complete
+    leave
+    end_updated main
 }

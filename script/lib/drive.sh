@@ -12,6 +12,9 @@ done
 scratch=$(mktemp -d)
 . "$WQV_ROOT/script/lib/display.sh"
 
+# Within how many seconds its window must be there.
+start_limit=30
+
 # Within how many milliseconds a program that was told to end must have ended, on a busy machine too.
 end_limit=5000
 
@@ -78,7 +81,7 @@ launch()
     processes[program]=$program
     settled=""
     last_screen=""
-    wait_until 30 has_window_or_ended || true
+    wait_until "$start_limit" has_window_or_ended || true
     [[ -n $settled ]] || fail "$run: no window: $(tail -n 5 "$log")"
 }
 
