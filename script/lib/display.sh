@@ -79,7 +79,7 @@ has_line()
 # windows: the ids of all windows of the program that can be seen, menus too.
 windows()
 {
-    timeout 5 xdotool search --onlyvisible --class '^WQVUpdateProgram$' 2>/dev/null || true
+    timeout 5 xdotool search --onlyvisible --class "^${window_class:-WQVUpdateProgram}\$" 2>/dev/null || true
 }
 
 is_unseen()
