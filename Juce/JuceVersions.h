@@ -13,7 +13,9 @@
 #ifdef JUCE_MODULE_AVAILABLE_juce_graphics
 #include <juce_graphics/juce_graphics.h>
 
+#include <cstddef>
 #include <cstdlib>
+#include <utility>
 #endif
 
 /** The header that declares juce::LinuxEventLoopInternal. */
@@ -75,6 +77,60 @@ inline void skipFontsOfTheMachine()
     // A folder that has no fonts.
     setenv ("JUCE_FONT_PATH", "/dev/null", 1); // NOLINT (concurrency-mt-unsafe): no other thread reads it yet
 #endif
+}
+
+#if defined(JUCE_WINDOWS) && JUCE_VERSION < 0x080000
+/** A typeface whose glyphs are drawn as they are. JUCE (7.0.5, on Windows alone) moves their points to whole pixels by the
+    heights of certain letters, and computes with no number, for every point on the line, where a typeface has capitals and no
+    small letters. */
+class UnmovedTypeface final : public juce::Typeface
+{
+public:
+    explicit UnmovedTypeface (Ptr typefaceToUse)
+        : Typeface (typefaceToUse->getName(), typefaceToUse->getStyle()), typeface (std::move (typefaceToUse))
+    {
+    }
+
+    juce::EdgeTable* getEdgeTableForGlyph (int glyph, const juce::AffineTransform& transform, float /*height*/) override
+    {
+        juce::Path path;
+
+        if (! typeface->getOutlineForGlyph (glyph, path) || path.isEmpty())
+            return nullptr;
+
+        const auto area = path.getBoundsTransformed (transform).getSmallestIntegerContainer().expanded (1, 0);
+        return new juce::EdgeTable (area, path, transform); // NOLINT: the caller's
+    }
+
+    float getAscent() const override { return typeface->getAscent(); }
+    float getDescent() const override { return typeface->getDescent(); }
+    float getHeightToPointsFactor() const override { return typeface->getHeightToPointsFactor(); }
+    float getStringWidth (const juce::String& text) override { return typeface->getStringWidth (text); }
+    bool getOutlineForGlyph (int glyph, juce::Path& path) override
+    {
+        return typeface->getOutlineForGlyph (glyph, path);
+    }
+
+    void getGlyphPositions (const juce::String& text, juce::Array<int>& glyphs, juce::Array<float>& offsets) override
+    {
+        typeface->getGlyphPositions (text, glyphs, offsets);
+    }
+
+private:
+    const Ptr typeface;
+};
+#endif
+
+/** A typeface from the bytes of its file. */
+inline juce::Typeface::Ptr makeTypeface (const void* bytes, std::size_t size)
+{
+    auto typeface = juce::Typeface::createSystemTypefaceFor (bytes, size);
+
+#if defined(JUCE_WINDOWS) && JUCE_VERSION < 0x080000
+    typeface = new UnmovedTypeface (std::move (typeface));
+#endif
+
+    return typeface;
 }
 
 /** What a juce::Font is made of: typeface name, height and style. */

@@ -3,6 +3,8 @@
 
 #include "EmbeddedTypefaces.h"
 
+#include "JuceVersions.h"
+
 #include <algorithm>
 #include <cstddef>
 
@@ -26,7 +28,7 @@ juce::Typeface::Ptr EmbeddedTypefaces::find (const juce::Font& font)
     if (typeface == nullptr)
     {
         const auto& file = font.isBold() ? embedded.bold : embedded.regular;
-        typeface = juce::Typeface::createSystemTypefaceFor (file.data(), file.size());
+        typeface = makeTypeface (file.data(), file.size());
     }
 
     return typeface;
