@@ -17,7 +17,7 @@ using Kind = Fault::Kind;
 using Errors = std::vector<std::string>;
 
 /** Enabled blocks with and without data, a disabled one between them. */
-const std::vector<int> sizes { 300, -50, 126, 0, 127 };
+const std::vector<int> blockSizes { 300, -50, 126, 0, 127 };
 
 const std::array<ControllerPace, 2> paces {
     ControllerPace {},
@@ -50,7 +50,7 @@ void atEveryRequest (const Faults& faults, Check&& check)
 {
     for (const auto& pace : paces)
     {
-        Conversation clean (sizes, {}, pace);
+        Conversation clean (blockSizes, {}, pace);
         ASSERT_TRUE (clean.run());
         ASSERT_TRUE (clean.controller.isUpdated());
 
@@ -60,7 +60,7 @@ void atEveryRequest (const Faults& faults, Check&& check)
                 SCOPED_TRACE (testing::Message() << "fault " << static_cast<int> (fault.kind) << ':' << fault.value
                                                  << " at request " << n << " of " << clean.codes());
                 fault.first = fault.last = n;
-                Conversation update (sizes, { fault }, pace);
+                Conversation update (blockSizes, { fault }, pace);
                 const auto isComplete = update.run();
                 check (Outcome { update, isComplete, fault, clean.requests.size(), clean.requests[n - 1] });
             }
@@ -129,28 +129,28 @@ TEST (Promises, everyWaitEnds)
 
 TEST (Promises, aLateAnswerToUpdateModeNeverCounts)
 {
-    Conversation clean (sizes, {}, paces[1]);
+    Conversation clean (blockSizes, {}, paces[1]);
     ASSERT_TRUE (clean.run());
 
     // The first request is answered when the second has been, at each millisecond of the update.
     for (std::uint32_t time = 0; time < clean.now / 1ms; ++time)
     {
         SCOPED_TRACE (time);
-        Conversation update (sizes, { { .kind = Kind::late, .value = 10000 + time } }, paces[1]);
+        Conversation update (blockSizes, { { .kind = Kind::late, .value = 10000 + time } }, paces[1]);
         EXPECT_TRUE (update.run());
         EXPECT_TRUE (update.controller.isUpdated());
         EXPECT_EQ (update.controller.hostErrors(), Errors {});
     }
 
     // Each of two, by a controller that takes longer than the host waits.
-    Conversation slow (sizes, {}, { .restart = 10001ms, .erase = 4s });
+    Conversation slow (blockSizes, {}, { .restart = 10001ms, .erase = 4s });
     EXPECT_TRUE (slow.run());
     EXPECT_EQ (slow.codes(),
                "4401333131133"
                "2");
 
     // One that nobody is owed is an answer, and a wrong one.
-    Conversation wrong (sizes, { { .kind = Kind::late, .first = 4, .last = 4, .value = 2000 } });
+    Conversation wrong (blockSizes, { { .kind = Kind::late, .first = 4, .last = 4, .value = 2000 } });
     wrong.schedule ({ .delay = 1s, .report = { 0xF6, 1 } });
     EXPECT_FALSE (wrong.run());
 }
@@ -161,7 +161,7 @@ TEST (Promises, afterAStopNothingIsSentButOneFinish)
         for (std::size_t step = 0;; ++step)
         {
             SCOPED_TRACE (testing::Message() << "step " << step);
-            Conversation update (sizes, {}, pace);
+            Conversation update (blockSizes, {}, pace);
             update.stopAt = step;
             const auto result = update.run();
 
@@ -186,7 +186,7 @@ TEST (Promises, afterAStopNothingIsSentButOneFinish)
 
 TEST (Promises, aControllerThatTakesNoReportIsNotToldOfAStop)
 {
-    Conversation update (sizes, { { .kind = Kind::hold, .first = 5, .last = 99 } });
+    Conversation update (blockSizes, { { .kind = Kind::hold, .first = 5, .last = 99 } });
     update.stopAt = 12; // as the fifth request has gone
     EXPECT_FALSE (update.run());
     EXPECT_EQ (update.codes(), "40133");
