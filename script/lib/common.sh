@@ -19,8 +19,9 @@ fail()
     exit 1
 }
 
-# How many things may run at once: one a processor, since a file of JUCE takes about 1 GB to compile.
+# How many things may run at once: one a processor, since a file of JUCE takes about 1 GB to compile; or WQV_JOBS.
 jobs_at_once()
 {
+    [[ -z ${WQV_JOBS:-} ]] || { echo "$WQV_JOBS"; return; }
     getconf _NPROCESSORS_ONLN 2>/dev/null || echo 2
 }
