@@ -30,6 +30,14 @@ void end (UpdaterFixture& fixture, Way way)
         fixture.updater->abandon();
 
     EXPECT_TRUE (fixture.shown.empty() && fixture.quits == 0);
+
+    if (const auto sent = fixture.requests.codes(); way == Way::abandonment)
+    {
+        fixture.pressOk(); // too late to begin anew
+        fixture.updater->abandon();
+        EXPECT_EQ (fixture.requests.codes(), sent);
+    }
+
     EXPECT_EQ (fixture.controller.hostErrors(), std::vector<std::string> {});
 
     if (way == Way::deletion)
