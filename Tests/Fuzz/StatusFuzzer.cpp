@@ -32,7 +32,7 @@ struct Worker
     Act next = Act::goOn;
     bool hasBegun = false;
     bool hasInterruption = false; ///< that it was not told of yet
-    std::optional<UpdaterStatus_t> outcome;
+    std::optional<UpdaterStatus_t> outcome {};
     double progress = 0.0;
 };
 
