@@ -25,10 +25,17 @@ constexpr std::uint8_t reportCountItem = 0x94;
 
 using BitsOfReports = std::array<std::uint64_t, 256>; ///< by report id
 
+/** Reports are no longer than this, whatever a descriptor says: so no sum of their fields is too large for 64 bits. */
+constexpr std::uint64_t mostBits = std::uint64_t { 0xFFFF } * 8;
+
+void add (std::uint64_t& bits, std::uint64_t more)
+{
+    bits = std::min (bits + std::min (more, mostBits), mostBits);
+}
+
 std::uint32_t largestOf (const BitsOfReports& bits)
 {
-    constexpr std::uint64_t limit = 0xFFFF;
-    return static_cast<std::uint32_t> (std::min (std::ranges::max (bits) / 8, limit));
+    return static_cast<std::uint32_t> (std::ranges::max (bits) / 8);
 }
 
 } // namespace
@@ -61,8 +68,8 @@ ReportLengths reportLengthsOf (std::span<const std::uint8_t> descriptor)
             case reportSizeItem: reportSize = value; break;
             case reportCountItem: reportCount = value; break;
             case reportIdItem: reportId = value % inputBits.size(); break;
-            case inputItem: inputBits[reportId] += reportSize * reportCount; break;
-            case outputItem: outputBits[reportId] += reportSize * reportCount; break;
+            case inputItem: add (inputBits[reportId], reportSize * reportCount); break;
+            case outputItem: add (outputBits[reportId], reportSize * reportCount); break;
             default: break;
         }
 

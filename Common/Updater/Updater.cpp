@@ -183,8 +183,9 @@ void Updater::leaveFirstScreen()
 
 void Updater::startUpdate()
 {
-    // A second press, before "updating" is applied, must not delete the signal of the first answer.
-    if (isLeaving || engine->worker.isThreadRunning())
+    // Only the first press counts: a second one, before what the worker asks for is applied, must neither delete the
+    // signal of the first answer nor begin another update after one that has just failed.
+    if (isLeaving || std::exchange (wasStarted, true))
         return;
 
     engine->mailbox.reset();
@@ -199,14 +200,14 @@ void Updater::quitSequence()
         host.quit();
 }
 
-/** The controller went away or came back: a worker that runs is told; otherwise the screen changes. */
+/** The controller went away or came back: the worker is told, once there is an update; before, the screen changes. */
 void Updater::deviceChanged (std::int32_t version, UpdaterStatus_t requested)
 {
     applyRequest (UPDATER_STATUS_UPDATING);
     versionOfDevice = version;
 
-    // A worker that has not yet asked for "updating" is about to, and what it asks for must not be overwritten.
-    if (currentStatus == UPDATER_STATUS_UPDATING || engine->worker.isThreadRunning())
+    // What the worker asks for, or is about to, must not be overwritten.
+    if (wasStarted)
         engine->mailbox.interrupt();
     else
         post (requested);

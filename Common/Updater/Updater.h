@@ -114,6 +114,7 @@ private:
     UpdaterStatus_t currentStatus = UPDATER_STATUS_START;
     bool packageIsValid = false;
     bool isLeaving = false;
+    bool wasStarted = false;       ///< the update, which runs once
     std::shared_ptr<void> isAwake; ///< keeps the machine awake; there while an update runs
     std::int32_t versionOfDevice = -1;
     std::atomic<double> progressOfUpdate { 0.0 };

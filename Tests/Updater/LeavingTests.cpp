@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <thread>
 
 namespace wqv
 {
@@ -30,6 +31,18 @@ void end (UpdaterFixture& fixture, Way way)
         fixture.updater->abandon();
 
     EXPECT_TRUE (fixture.shown.empty() && fixture.quits == 0);
+
+    if (const auto sent = fixture.requests.codes(); way == Way::abandonment)
+    {
+        fixture.pressOk(); // too late to begin anew: a worker that should not be there sends at once
+
+        for (int i = 0; i < 1000; ++i)
+            std::this_thread::yield();
+
+        fixture.updater->abandon();
+        EXPECT_EQ (fixture.requests.codes(), sent);
+    }
+
     EXPECT_EQ (fixture.controller.hostErrors(), std::vector<std::string> {});
 
     if (way == Way::deletion)

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A stand-in for JUCE's threads and locks: a thread is nothing but a note that it runs.
+
+#pragma once
+
+namespace juce
+{
+
+/** Counts how often locks are held. */
+class CriticalSection
+{
+public:
+    static inline int held = 0;
+};
+
+class ScopedLock
+{
+public:
+    explicit ScopedLock (const CriticalSection& /*lock*/) { ++CriticalSection::held; }
+    ScopedLock (const ScopedLock&) = delete;
+    ScopedLock& operator= (const ScopedLock&) = delete;
+    ~ScopedLock() { --CriticalSection::held; }
+};
+
+class Thread
+{
+public:
+    static inline bool canStart = true; ///< whether the system has a thread to give
+    static inline int starts = 0;       ///< of all threads
+
+    explicit Thread (const char* /*name*/) {}
+    Thread (const Thread&) = delete;
+    Thread& operator= (const Thread&) = delete;
+    virtual ~Thread() = default;
+
+    virtual void run() = 0;
+
+    bool startThread()
+    {
+        if (! isRunning && canStart)
+        {
+            isRunning = true;
+            ++starts;
+        }
+
+        return isRunning;
+    }
+
+    [[nodiscard]] bool isThreadRunning() const { return isRunning; }
+
+protected:
+    bool isRunning = false;
+};
+
+} // namespace juce
