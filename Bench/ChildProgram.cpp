@@ -15,21 +15,36 @@
 namespace wqv
 {
 
+namespace
+{
+
+/** A number in one of the kernel's files about a process; 0 if it is not there. */
+std::uint64_t numberIn (const std::filesystem::path& status, std::string_view label)
+{
+    std::ifstream file (status);
+
+    for (std::string line; std::getline (file, line);)
+        if (line.starts_with (label))
+            return std::stoull (line.substr (label.size()));
+
+    return 0;
+}
+
+} // namespace
+
 std::uint64_t wakeUpsOf (pid_t process)
 {
     std::uint64_t sum = 0;
 
     for (const auto& task : std::filesystem::directory_iterator ("/proc/" + std::to_string (process) + "/task"))
-    {
-        constexpr std::string_view label = "voluntary_ctxt_switches:";
-        std::ifstream status (task.path() / "status");
-
-        for (std::string line; std::getline (status, line);)
-            if (line.starts_with (label))
-                sum += std::stoull (line.substr (label.size()));
-    }
+        sum += numberIn (task.path() / "status", "voluntary_ctxt_switches:");
 
     return sum;
+}
+
+double peakMegabytesOf (pid_t process)
+{
+    return static_cast<double> (numberIn ("/proc/" + std::to_string (process) + "/status", "VmHWM:")) * 1024 / 1e6;
 }
 
 ChildProgram::ChildProgram (const std::filesystem::path& program, const std::vector<std::string>& environment)

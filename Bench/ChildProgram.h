@@ -15,6 +15,9 @@ namespace wqv
 /** How often the threads of a process have gone to sleep so far, and so how often they were woken. */
 [[nodiscard]] std::uint64_t wakeUpsOf (pid_t process);
 
+/** The most memory that a process has had so far ("resident set"). */
+[[nodiscard]] double peakMegabytesOf (pid_t process);
+
 /** Runs from construction to destruction. */
 class ChildProgram
 {

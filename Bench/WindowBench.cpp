@@ -75,7 +75,7 @@ void startUp (benchmark::State& state, const Subject& subject, const std::string
     }
 }
 
-/** Of a window that nobody touches. */
+/** Of a window that nobody touches; and how much memory it took at most. */
 void wakeUps (benchmark::State& state, const Subject& subject)
 {
     constexpr Seconds measuring = 10s;
@@ -88,6 +88,7 @@ void wakeUps (benchmark::State& state, const Subject& subject)
         const auto before = wakeUpsOf (child.id());
         std::this_thread::sleep_for (measuring);
         state.counters["per_second"] = static_cast<double> (wakeUpsOf (child.id()) - before) / measuring.count();
+        state.counters["peak_MB"] = peakMegabytesOf (child.id());
         state.SetIterationTime (measuring.count());
     }
 }
