@@ -21,9 +21,10 @@ constexpr DWORD millisecondsToWrite = 5000;
 /** How long a driver may take to give up a transfer. */
 constexpr DWORD millisecondsToCancel = 1000;
 
-WindowsHandle makeEvent()
+/** @param staysSet  until somebody resets it, and not just until somebody has seen it */
+WindowsHandle makeEvent (BOOL staysSet)
 {
-    return WindowsHandle (CreateEventW (nullptr, FALSE, FALSE, nullptr));
+    return WindowsHandle (CreateEventW (nullptr, staysSet, FALSE, nullptr));
 }
 
 } // namespace
@@ -38,14 +39,14 @@ struct HidFileConnection::Transfer
 
     [[nodiscard]] DWORD size() const { return static_cast<DWORD> (bytes.size()); }
 
-    const WindowsHandle event = makeEvent(); ///< set at its end
+    const WindowsHandle event = makeEvent (FALSE); ///< set at its end
     OVERLAPPED overlapped {};
     std::vector<std::uint8_t> bytes; ///< a report with its id, 0, before it
     bool isUnderWay = false;
 };
 
 HidFileConnection::HidFileConnection (WindowsHandle openFile, std::size_t inputLength)
-    : file (std::move (openFile)), isGone (makeEvent()), inputReportLength (inputLength)
+    : file (std::move (openFile)), isGone (makeEvent (TRUE)), inputReportLength (inputLength)
 {
 }
 

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Virtual controllers on USB ports, who may use them, what the program and they say, and the runs that are the same on every
 # system: for Tests/Linux/drive-controller and Tests/Windows/drive-controller, after lib/drive.sh.
-# shellcheck shell=bash disable=SC2154 # scratch, run and log are those of drive.sh
+# shellcheck shell=bash disable=SC2154,SC2034 # scratch, run and log are those of drive.sh; some are for the runs
 
 : "${build:?the folder of a build}" "${package:?the update package beside the program}" "${start:?the command of the program}"
 
@@ -156,13 +156,13 @@ end_updated()
     expect_blocks "$build/bin/wqv-package" "$package" "$scratch/$run-$1"
 }
 
-# start_program [SCREEN]: as far as the screen that follows the first one.
+# start_program SCREEN: as far as the screen that follows the first one.
 start_program()
 {
     launch "${start[@]}"
     expect_screen start
     click "${right_button[@]}"
-    expect_screen "${1:-ready}"
+    expect_screen "$1"
 }
 
 leave()
@@ -175,7 +175,7 @@ leave()
 update()
 {
     start_controller main 0 "${@:2}"
-    start_program
+    start_program ready
     click "${right_button[@]}"
 
     if [[ " $* " == *unplug@* ]]; then
@@ -205,7 +205,7 @@ unplugged_at_first_request()
 unplugged_at_piece()
 {
     update error --fault "unplug@$piece"
-    start_program
+    start_program ready
     click "${right_button[@]}"
     expect_outcome complete
     leave
