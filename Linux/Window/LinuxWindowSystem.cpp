@@ -6,6 +6,7 @@
 #include "DisplayEvents.h"
 #include "DisplayLoss.h"
 #include "FixedSize.h"
+#include "PromptPainting.h"
 #include "SingleInstance.h"
 #include "TextResource.h"
 #include "WindowSystem.h"
@@ -54,7 +55,8 @@ private:
     SingleInstance* const instance; ///< null where none is the first
     const DisplayLoss displayLoss;
     const FixedSize fixedSize { window };
-    const DisplayEvents displayEvents { window };
+    PromptPainting painting { window };
+    const DisplayEvents displayEvents { [this] { painting.paint(); } };
 };
 
 class LinuxWindowSystem final : public WindowSystem

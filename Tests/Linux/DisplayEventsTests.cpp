@@ -48,7 +48,7 @@ TEST (DisplayEventsTests, HandlesWhatAQuestionToTheDisplayHasTakenOffTheConnecti
     ASSERT_TRUE (connection != nullptr && user != nullptr) << "no display";
 
     UnseenWindow window;
-    const DisplayEvents displayEvents (window);
+    const DisplayEvents displayEvents;
     EXPECT_TRUE (XkbGetDetectableAutoRepeat (connection, nullptr)); // a held key is not told as released
 
     XEvent close {};

@@ -65,7 +65,7 @@ void giveKeyboard (PanelFixture& fixture)
     fixture.panel->setVisible (true);
     fixture.panel->addToDesktop (juce::ComponentPeer::windowIsTemporary);
 
-    const DisplayEvents displayEvents (*fixture.panel);
+    const DisplayEvents displayEvents;
     fixture.panel->getPeer()->grabFocus();
     fixture.loop.runUntil ([&] { return fixture.panel->hasKeyboardFocus (true); });
 }
