@@ -68,6 +68,11 @@ DisplayEvents::~DisplayEvents()
     Arrival::keeper = nullptr;
 }
 
+void DisplayEvents::flush()
+{
+    XFlush (display());
+}
+
 void DisplayEvents::handleAsyncUpdate()
 {
     juce::LinuxEventLoopInternal::invokeEventLoopCallbackForFd (XConnectionNumber (display()));

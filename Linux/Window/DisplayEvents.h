@@ -35,6 +35,9 @@ public:
     DisplayEvents (const DisplayEvents&) = delete;
     DisplayEvents& operator= (const DisplayEvents&) = delete;
 
+    /** Sends the display what waits to be sent. */
+    static void flush();
+
 private:
     struct Arrival;
 

@@ -55,7 +55,7 @@ private:
     SingleInstance* const instance; ///< null where none is the first
     const DisplayLoss displayLoss;
     const FixedSize fixedSize { window };
-    PromptPainting painting { window };
+    PromptPainting painting { window, DisplayEvents::flush };
     const DisplayEvents displayEvents { [this] { painting.paint(); } };
 };
 

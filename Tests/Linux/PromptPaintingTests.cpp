@@ -77,7 +77,7 @@ TEST (PromptPaintingTests, PaintsWhatChangesOrIsUncoveredWithoutAFrame)
     ASSERT_NE (user, nullptr);
 
     Window window;
-    PromptPainting painting (window);
+    PromptPainting painting (window, DisplayEvents::flush);
     const DisplayEvents displayEvents ([&] { painting.paint(); });
     Window menu;
     window.appear();

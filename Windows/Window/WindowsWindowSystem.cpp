@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Windows's answers to what the program's window asks of a system.
 
+#include "PromptPainting.h"
 #include "SessionEnd.h"
 #include "TextResource.h"
 #include "WindowSystem.h"
@@ -29,6 +30,7 @@ public:
 private:
     juce::ResizableWindow& window;
     const SessionEnd sessionEnd;
+    const PromptPainting painting { window };
 };
 
 /** The display does not go away without the session. */

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A watch over each window's repaint() in the place of its cached image, and a low frequency in JUCE's list of displays.
 
-#define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1 // JUCE's connection
-
 #include "PromptPainting.h"
+
+#include <utility>
 
 namespace wqv
 {
@@ -54,7 +54,8 @@ private:
     juce::Component& window;
 };
 
-PromptPainting::PromptPainting (juce::Component& window)
+PromptPainting::PromptPainting (juce::Component& window, std::function<void()> whenPaintedToUse)
+    : whenPainted (std::move (whenPaintedToUse))
 {
     Watch::keeper = this;
     Watch::over (window);
@@ -72,12 +73,17 @@ void PromptPainting::paint()
 
     for (auto i = juce::ComponentPeer::getNumPeers(); --i >= 0;)
     {
+        // What is painted may close a window.
         auto* const peer = juce::ComponentPeer::getPeer (i);
+
+        if (peer == nullptr)
+            continue;
+
         Watch::over (peer->getComponent());
         peer->performAnyPendingRepaintsNow();
     }
 
-    XFlush (juce::XWindowSystem::getInstance()->getDisplay());
+    whenPainted();
 }
 
 } // namespace wqv

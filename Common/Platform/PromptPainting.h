@@ -5,25 +5,30 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
+#include <functional>
+
 namespace wqv
 {
 
-/** Paints whatever has changed in a window at once, and lets JUCE's frames be few.
+/** Paints whatever has changed in a window at once, and lets JUCE's frames be few, or none.
 
-    JUCE (7.0.5, 8.0.6) paints in frames: a timer for each window, at the display's frequency, or at 100 Hz where the display
-    does not tell it, which never stops. Each frame wakes two threads five times, and an idle window so woke 500 times a second.
-    The timer has no switch, so JUCE is told a low frequency. What remains of it lets go of the memory that the last painting
-    took, after three seconds; no picture waits for it.
+    JUCE (7.0.5, 8.0.6) paints in frames. Where no display drives them, they are a timer's, for each window, at the display's
+    frequency, or at 100 Hz where the display does not tell it, which never stops. Each frame wakes two threads five times, and
+    an idle window so woke 500 times a second. The timer has no switch, so JUCE is told a low frequency. What remains of it lets
+    go of the memory that the last painting took, after three seconds; no picture waits for it. Where the display drives
+    them, nothing would be painted while it does not, as that of an emulated or a distant machine.
 
     One object at a time, message thread only. It covers all windows of the process: those that appear later, as menus do, from
-    the first events on that the display sends about them.
+    the next call of paint() on.
 */
 class PromptPainting final : private juce::AsyncUpdater
 {
 public:
     /** To be made when JUCE has connected to the display.
-        @param window  not yet on the desktop */
-    explicit PromptPainting (juce::Component& window);
+        @param window            not yet on the desktop
+        @param whenPaintedToUse  called after each paint() */
+    explicit PromptPainting (
+        juce::Component& window, std::function<void()> whenPaintedToUse = [] {});
 
     /** From here on JUCE paints in its frames alone, with the low frequency. */
     ~PromptPainting() override;
@@ -40,6 +45,8 @@ private:
     class Watch;
 
     void handleAsyncUpdate() override { paint(); }
+
+    const std::function<void()> whenPainted;
 };
 
 } // namespace wqv
