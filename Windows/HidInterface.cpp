@@ -16,7 +16,6 @@ extern "C"
 #include <hidsdi.h>
 }
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cwchar>
@@ -28,16 +27,18 @@ namespace wqv
 namespace
 {
 
-/** The number right behind a text in a text; 0 if the text or the number is not there. */
-std::uint64_t numberAfter (std::wstring_view name, std::wstring_view text, int base)
+/** The numbers right behind a text, wherever that is in another. */
+std::vector<std::uint64_t> numbersAfter (std::wstring_view name, const std::wstring& text, int base)
 {
-    const auto found = text.find (name);
+    std::vector<std::uint64_t> numbers;
 
-    if (found == std::wstring_view::npos)
-        return 0;
+    for (auto found = text.find (name); found != std::wstring::npos; found = text.find (name, found))
+    {
+        found += name.size();
+        numbers.push_back (std::wcstoul (text.c_str() + found, nullptr, base));
+    }
 
-    const std::wstring number (text.substr (found + name.size()));
-    return std::wcstoul (number.c_str(), nullptr, base);
+    return numbers;
 }
 
 /** The path of locations of a device node; empty if it has none. */
@@ -199,29 +200,30 @@ std::optional<HidDevice> describeHidInterface (const std::wstring& path)
     return device;
 }
 
-std::int32_t interfaceNumberIn (std::wstring_view path)
+std::int32_t interfaceNumberIn (const std::wstring& path)
 {
-    return static_cast<std::int32_t> (numberAfter (L"&mi_", path, 16));
+    const auto numbers = numbersAfter (L"&mi_", path, 16);
+    return numbers.empty() ? 0 : static_cast<std::int32_t> (numbers.front());
 }
 
-std::uint64_t usbLocation (std::wstring_view path)
+std::uint64_t usbLocation (const std::wstring& path)
 {
-    constexpr std::wstring_view port = L"#USB(";
-    constexpr int levels = 6;
+    constexpr std::size_t levels = 6;
+    auto ports = numbersAfter (L"#USB(", path, 10);
 
-    if (path.find (port) == std::wstring_view::npos)
+    if (ports.empty())
         return 0;
 
-    // The host controller by its place on the PCI bus, 16 bits of device and function.
-    auto location = numberAfter (L"#PCI(", path, 16) & 0xFFFF;
+    // The host controller by its device and function, 8 bits, and those of the bridge that it may be behind.
+    std::uint64_t location = 0;
 
-    for (int level = 0; level < levels; ++level)
-    {
-        const auto next = path.find (port);
-        path.remove_prefix (next != std::wstring_view::npos ? next : path.size());
-        location = (location << 8) | (numberAfter (port, path, 10) & 0xFF);
-        path.remove_prefix (std::min (port.size(), path.size()));
-    }
+    for (const auto place : numbersAfter (L"#PCI(", path, 16))
+        location = ((location << 8) | ((place >> 5) & 0xF8) | (place & 7)) & 0xFFFF;
+
+    ports.resize (levels);
+
+    for (const auto port : ports)
+        location = (location << 8) | (port & 0xFF);
 
     return location;
 }

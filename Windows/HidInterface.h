@@ -30,10 +30,10 @@ namespace wqv
 [[nodiscard]] std::optional<HidDevice> describeHidInterface (const std::wstring& path);
 
 /** The number of the USB interface in a device's path, as 1 in "...&mi_01#..."; 0 if the USB device has but one. */
-[[nodiscard]] std::int32_t interfaceNumberIn (std::wstring_view path);
+[[nodiscard]] std::int32_t interfaceNumberIn (const std::wstring& path);
 
 /** Orders USB devices by where they are plugged in: by the host controller, then port by port.
     @param path  of locations, as "PCIROOT(0)#PCI(1400)#USBROOT(0)#USB(3)#USB(2)" */
-[[nodiscard]] std::uint64_t usbLocation (std::wstring_view path);
+[[nodiscard]] std::uint64_t usbLocation (const std::wstring& path);
 
 } // namespace wqv
