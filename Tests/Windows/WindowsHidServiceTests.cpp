@@ -42,20 +42,19 @@ public:
     void takeNoReport() {}
     std::size_t taken() { return order ("taken") - takenBefore; }
 
+    /** News of a device is no message that the loop would return for. */
     template <typename Condition>
     void runUntil (Condition&& isSo)
     {
-        loop.runUntil (isSo);
+        for (; ! isSo(); std::this_thread::sleep_for (10ms))
+            loop.drain();
     }
 
     /** Wine says nowhere that it has nothing more to tell. */
     void drain()
     {
-        for (const auto end = std::chrono::steady_clock::now() + 2s; std::chrono::steady_clock::now() < end;)
-        {
-            loop.drain();
-            std::this_thread::sleep_for (20ms);
-        }
+        const auto end = std::chrono::steady_clock::now() + 2s;
+        runUntil ([end] { return std::chrono::steady_clock::now() > end; });
     }
 
 private:
