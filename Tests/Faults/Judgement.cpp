@@ -108,7 +108,7 @@ private:
     {
         const auto code = static_cast<ResponseCode> (line.bytes.front());
         answers.insert (code);
-        isFinished = request == RequestCode::finish && code == ResponseCode::updateFinished;
+        isFinished = isFinished || (request == RequestCode::finish && code == ResponseCode::updateFinished);
 
         if (request == RequestCode::blockHeader && ! isAnswered && code != ResponseCode::none
             && code != ResponseCode::ready)
