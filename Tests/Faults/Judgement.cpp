@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 namespace wqv
 {
@@ -71,7 +72,7 @@ private:
         const auto waited = endWait (line.time, line.kind == LineKind::sent);
         hasBegun = true;
         since = line.time;
-        mustWait = false;
+        const auto hadToWait = std::exchange (mustWait, false);
 
         switch (line.kind)
         {
@@ -81,12 +82,12 @@ private:
                 isWritten = isWritten || request == RequestCode::packageSummary;
                 isAnswered = false;
                 limit = limitOf (request);
-                mustWait = true;
+                mustWait = ! std::exchange (isInterruptionNew, false); // else it may be what the host reads next
                 break;
 
             case LineKind::notTaken:
                 wasNotTaken = true;
-                mustWait = true;
+                mustWait = hadToWait;
                 break;
 
             case LineKind::received: takeAnswer (line, waited); break;
@@ -94,7 +95,7 @@ private:
             case LineKind::attached:
             case LineKind::removed:
             case LineKind::opened:
-                wasInterrupted = true;
+                wasInterrupted = isInterruptionNew = true;
                 wasInterruptedInWriting = wasInterruptedInWriting || (isWritten && ! isFinished);
 
                 // What it sends while there is no controller stands in no trace.
@@ -246,6 +247,7 @@ private:
     bool isAnswered = false;
     bool isFinished = false;
     bool wasNotTaken = false;
+    bool isInterruptionNew = false; ///< nothing was sent since
     bool wasInterrupted = false;
     bool wasInterruptedInWriting = false;
     std::set<ResponseCode> answers;
