@@ -19,7 +19,7 @@ constexpr std::chrono::seconds longestTurn { 1 };
 void ResponseMailbox::reset()
 {
     const std::scoped_lock guard (lock);
-    answerBeforeInterruption.reset();
+    keptAnswer.reset();
     signalled = false;
     interrupted = false;
 }
@@ -27,6 +27,11 @@ void ResponseMailbox::reset()
 void ResponseMailbox::store (std::span<const std::uint8_t> report, bool wake)
 {
     const std::scoped_lock guard (lock);
+    const auto isModeAnswer = ! report.empty() && static_cast<ResponseCode> (report[0]) == ResponseCode::updateMode;
+
+    if (isModeAnswer && wake && lastReport().code != ResponseCode::updateMode)
+        keepAnswer();
+
     std::copy_n (report.begin(), std::min (report.size(), responseBuffer.size()), responseBuffer.begin());
     signalled = signalled || wake;
     event.notify_one();
@@ -36,9 +41,7 @@ void ResponseMailbox::interrupt()
 {
     const std::scoped_lock guard (lock);
 
-    if (signalled && ! interrupted)
-        answerBeforeInterruption = lastReport();
-
+    keepAnswer();
     responseBuffer.fill (0);
     signalled = true;
     interrupted = true;
@@ -77,9 +80,9 @@ Answer ResponseMailbox::wait (std::chrono::milliseconds limit, const std::functi
     auto answer = lastReport();
     answer.signalled = signalled || stopped;
 
-    if (const auto before = std::exchange (answerBeforeInterruption, {}); before && ! stopped)
+    if (const auto before = std::exchange (keptAnswer, {}); before && ! stopped)
     {
-        answer = *before; // and the interruption stays for the next wait
+        answer = *before; // and what came behind it stays for the next wait
     }
     else
     {
@@ -97,6 +100,17 @@ Answer ResponseMailbox::wait (std::chrono::milliseconds limit, const std::functi
 Answer ResponseMailbox::lastReport() const
 {
     return { .signalled = true, .code = static_cast<ResponseCode> (responseBuffer[0]), .value = responseBuffer[1] };
+}
+
+/** Keeps the last report from what is to take its place, if it is an answer that was not taken yet: of several the later one,
+    but for a late 0xF6. */
+void ResponseMailbox::keepAnswer()
+{
+    const auto answer = lastReport();
+    const auto isLate = keptAnswer && answer.code == ResponseCode::updateMode;
+
+    if (signalled && ! interrupted && ! isLate)
+        keptAnswer = answer;
 }
 
 } // namespace wqv

@@ -31,7 +31,8 @@ public:
     /** Forgets signals of the time before the update starts. The last report stays. */
     void reset();
 
-    /** Takes over an input report. The bytes beyond it keep what they held.
+    /** Takes over an input report. The bytes beyond it keep what they held. An 0xF6 that comes while another answer was not
+        taken yet is late, and does not take its place: the next wait returns that answer, and the wait after it the 0xF6.
         @param report  at most 1024 bytes are taken
         @param wake    whether the worker is to hear of it */
     void store (std::span<const std::uint8_t> report, bool wake);
@@ -56,11 +57,12 @@ public:
 
 private:
     [[nodiscard]] Answer lastReport() const;
+    void keepAnswer();
 
     std::mutex lock;
     std::condition_variable event;
     std::array<std::uint8_t, 1024> responseBuffer {};
-    std::optional<Answer> answerBeforeInterruption;
+    std::optional<Answer> keptAnswer; ///< the next wait returns it, whatever came behind it
     bool signalled = false;
     bool interrupted = false;
     bool stopped = false;

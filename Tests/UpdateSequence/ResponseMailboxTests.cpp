@@ -62,6 +62,30 @@ TEST_F (ResponseMailboxTest, aSignalIsTakenOnceAndTheReportStays)
     expect (false, 0xF9, 1);
 }
 
+TEST_F (ResponseMailboxTest, aLateModeAnswerHidesNoOther)
+{
+    store ({ 0xF9, 1 });
+    store ({ 0xF6, 2 });
+    expect (true, 0xF9, 1);
+    expect (true, 0xF6, 2);
+    expect (false, 0xF6, 2);
+
+    // Nor do others behind it, or an interruption, change the order.
+    store ({ 0xF7, 1 });
+    store ({ 0xF6, 2 });
+    store ({ 0xFC, 3 });
+    store ({ 0xF6, 4 });
+    mailbox.interrupt();
+    expect (true, 0xFC, 3);
+    expect (true, 0, 0);
+
+    // It is the answer to its own request, and then the last one counts.
+    store ({ 0xF6, 1 });
+    store ({ 0xF6, 2 });
+    expect (true, 0xF6, 2);
+    expect (false, 0xF6, 2);
+}
+
 TEST_F (ResponseMailboxTest, anInterruptionIsNotHiddenByAnAnswer)
 {
     // Each in its turn, but what lay there before the worker's last wait is no answer.
