@@ -7,9 +7,9 @@
 
 #include "HidInterface.h"
 #include "MessageLoop.h"
-#include "WindowsHandle.h"
 #include "WindowsHidService.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
@@ -35,7 +35,17 @@ public:
     static bool canHold() { return false; } // it does, but for five seconds
 
     HidService& service() { return hidService; }
-    void plugIn() { order ("plug"); }
+
+    /** Returns when Wine has it. */
+    void plugIn()
+    {
+        order ("plug");
+
+        while (std::ranges::none_of (presentHidInterfaces(),
+                                     [] (const auto& path) { return path.find (L"vid_1209") != std::wstring::npos; }))
+            std::this_thread::sleep_for (10ms);
+    }
+
     void unplug() { order ("unplug"); }
     void send (const std::vector<std::uint8_t>& report) { order ("send " + std::to_string (report.front())); }
     void refuse (HidService::OpenResult /*result*/) {}
