@@ -4,6 +4,7 @@
 #include "ControllerOptions.h"
 
 #include "FirmwareVersion.h"
+#include "Utf8Path.h"
 
 #include <CLI/CLI.hpp>
 
@@ -51,10 +52,15 @@ void addControllerOptions (CLI::App& app, ControllerOptions& options)
                      { return parseFirmwareVersion (text) ? "" : "a version has the form 1.00"; });
     auto* const pace = app.add_option ("--pace", options.pace, "A factor on all its delays; 0 answers at once")
                            ->check (CLI::Range (0.0, 100.0));
-    auto* const received = app.add_option (
-        "--received", options.receivedFolder, "At exit, write each block that it received into this folder");
+    auto* const received = app.add_option_function<std::string> (
+        "--received",
+        [&options] (const std::string& text) { options.receivedFolder = pathFromUtf8 (text); },
+        "At exit, write each block that it received into this folder");
 
-    app.add_option ("--replay", options.replayedTrace, "Do again what the controller did in a trace of wqv-update")
+    app.add_option_function<std::string> (
+           "--replay",
+           [&options] (const std::string& text) { options.replayedTrace = pathFromUtf8 (text); },
+           "Do again what the controller did in a trace of wqv-update")
         ->check (CLI::ExistingFile)
         ->excludes (fault)
         ->excludes (firmware)

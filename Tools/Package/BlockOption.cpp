@@ -3,6 +3,8 @@
 
 #include "BlockOption.h"
 
+#include "Utf8Path.h"
+
 #include <charconv>
 #include <cstdint>
 #include <limits>
@@ -81,7 +83,7 @@ std::string parsePart (std::string_view part, BlockOption& value)
         return parseInto (value.block.keyIndex, key, text);
 
     if (key == "file" && ! text.empty())
-        value.file = text;
+        value.file = pathFromUtf8 (text);
     else if (part == "disabled")
         value.block.enabled = false;
     else if (part == "scramble")

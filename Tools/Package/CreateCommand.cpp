@@ -5,6 +5,7 @@
 #include "Commands.h"
 #include "FaultText.h"
 #include "OutputFile.h"
+#include "Utf8Path.h"
 
 #include <CLI/CLI.hpp>
 
@@ -65,7 +66,7 @@ std::string create (const CreateArguments& arguments)
     if (auto reason = reasonAgainst (package); ! reason.empty())
         return reason;
 
-    return writeWholeFile (arguments.output, Links::follow, writePackage (package), files);
+    return writeWholeFile (pathFromUtf8 (arguments.output), Links::follow, writePackage (package), files);
 }
 
 } // namespace

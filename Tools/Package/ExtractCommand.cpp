@@ -4,6 +4,7 @@
 #include "Commands.h"
 #include "FaultText.h"
 #include "OutputFile.h"
+#include "Utf8Path.h"
 
 #include <CLI/CLI.hpp>
 
@@ -26,11 +27,12 @@ std::string extract (const ExtractArguments& arguments)
     upd_info_t info;
     FirmwareBlocks blocks;
 
-    if (const auto verdict = loadPackage (arguments.file, info, blocks); verdict.fault != PackageFault::none)
+    const auto input = pathFromUtf8 (arguments.file);
+
+    if (const auto verdict = loadPackage (input, info, blocks); verdict.fault != PackageFault::none)
         return arguments.file + ": " + describe (verdict);
 
-    const std::filesystem::path directory = arguments.directory;
-    const std::filesystem::path input = arguments.file;
+    const auto directory = pathFromUtf8 (arguments.directory);
     std::error_code error;
     std::filesystem::create_directories (directory, error);
 

@@ -4,6 +4,7 @@
 #include "Commands.h"
 #include "FaultText.h"
 #include "Inspection.h"
+#include "Utf8Path.h"
 
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
@@ -154,7 +155,7 @@ void print (std::ostream& out, const Inspection& package)
 
 std::string run (const InspectArguments& arguments)
 {
-    const auto [fault, bytes] = readPackageFile (arguments.file);
+    const auto [fault, bytes] = readPackageFile (pathFromUtf8 (arguments.file));
 
     if (fault != PackageFault::none)
         return arguments.file + ": " + std::string (describe (fault));

@@ -4,6 +4,7 @@
 #include "Commands.h"
 #include "EscapedText.h"
 #include "FaultText.h"
+#include "Utf8Path.h"
 
 #include <CLI/CLI.hpp>
 
@@ -20,7 +21,7 @@ std::string verify (const std::string& file)
 {
     upd_info_t info;
     FirmwareBlocks blocks;
-    const auto verdict = loadPackage (file, info, blocks);
+    const auto verdict = loadPackage (pathFromUtf8 (file), info, blocks);
 
     if (const auto reason = reasonNotOffered (verdict, info); ! reason.empty())
         return file + ": " + reason;

@@ -5,6 +5,7 @@
 
 #include "EscapedText.h"
 #include "Session.h"
+#include "Utf8Path.h"
 
 #include <CLI/CLI.hpp>
 
@@ -21,14 +22,21 @@ std::optional<Options> readOptions (int argumentCount, const char* const* argume
                          { return escapedText (error.what()) + "\nRun with --help for more information.\n"; });
     app.footer ("Exit status: 0 complete, 1 failed, 2 wrong command line, 3 no controller, 4 no fit update package.");
 
-    auto* const package =
-        app.add_option ("--package", options.package, "The update package [beside this program]")->type_name ("FILE");
+    auto* const package = app.add_option_function<std::string> (
+                                 "--package",
+                                 [&options] (const std::string& text) { options.package = pathFromUtf8 (text); },
+                                 "The update package [beside this program]")
+                              ->type_name ("FILE");
     auto* const yes = app.add_flag ("-y,--yes", options.yes, "Update without asking");
     auto* const wait = app.add_flag ("--wait", options.wait, "Wait for a controller to be plugged in");
     auto* const repeat = app.add_flag (
         "--repeat", options.repeat, "Go on with the next controller after each, until Ctrl-C; waits as --wait does");
     app.add_flag ("--json", options.json, "As JSON, one object a line");
-    app.add_option ("--trace", options.trace, "Record every report in this file")->type_name ("FILE");
+    app.add_option_function<std::string> (
+           "--trace",
+           [&options] (const std::string& text) { options.trace = pathFromUtf8 (text); },
+           "Record every report in this file")
+        ->type_name ("FILE");
 
     auto* const list =
         app.add_flag ("--list", options.list, "Show the HID devices and which is the controller; updates nothing");

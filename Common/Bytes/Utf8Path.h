@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Paths as they come from a command line.
+
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace wqv
+{
+
+/** A path from UTF-8, which all arguments are in. Of plain text a path cannot be made on Windows: MinGW's library (GCC 12) takes
+    every byte for a character of its own there. */
+[[nodiscard]] inline std::filesystem::path pathFromUtf8 (std::string_view text)
+{
+    return std::u8string (text.begin(), text.end());
+}
+
+} // namespace wqv
