@@ -190,7 +190,13 @@ press()
 
 has_menu()
 {
-    menu=$(windows | grep -vFx "$window" | head -n 1)
+    local id w h rest
+
+    # The largest: under Wine a menu's shadow is made of windows too.
+    menu=$(windows | grep -vFx "$window" | while read -r id; do
+        read -r w h rest < <(geometry "$id")
+        echo "$((${w:-0} * ${h:-0})) $id"
+    done | sort --numeric-sort | sed -n '$s/.* //p')
     [[ -n $menu ]]
 }
 
