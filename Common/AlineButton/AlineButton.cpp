@@ -45,6 +45,22 @@ void AlineButton::paintButton (juce::Graphics& g, bool isMouseOver, bool isButto
         g, FontOptions (m_fontName, fontHeight, m_style), getButtonText(), getLocalBounds().reduced (inset), m_aline);
 }
 
+void AlineButton::focusGained (FocusChangeType cause)
+{
+    Button::focusGained (cause);
+
+    if (auto* const parent = getParentComponent())
+        parent->repaint();
+}
+
+void AlineButton::focusLost (FocusChangeType cause)
+{
+    Button::focusLost (cause);
+
+    if (auto* const parent = getParentComponent())
+        parent->repaint();
+}
+
 bool AlineButton::keyPressed (const juce::KeyPress& key)
 {
     if (! key.isKeyCode (juce::KeyPress::returnKey) && ! key.isKeyCode (juce::KeyPress::spaceKey))

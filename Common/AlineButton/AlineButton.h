@@ -11,7 +11,8 @@ namespace wqv
 {
 
 /** A push button whose caption has an alignment, a typeface and a style of its own. Return and Space press it while it has
-    the keyboard. Message thread only. */
+    the keyboard; around it then is a line of its parent's, which is painted anew when the keyboard comes or goes. Message
+    thread only. */
 class AlineButton final : public juce::Button
 {
 public:
@@ -34,6 +35,8 @@ public:
 
     void paintButton (juce::Graphics& g, bool isMouseOver, bool isButtonDown) override;
     bool keyPressed (const juce::KeyPress& key) override;
+    void focusGained (FocusChangeType cause) override;
+    void focusLost (FocusChangeType cause) override;
 
 private:
     BtnLookAndFeel m_lookAndFeel;

@@ -37,8 +37,6 @@ void KeyboardFocus::pass()
 
 void KeyboardFocus::focusOfChildComponentChanged()
 {
-    panel.repaint();
-
     if (isDue)
         pass();
 }

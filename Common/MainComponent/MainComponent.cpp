@@ -110,6 +110,7 @@ void MainComponent::addButton (AlineButton& button)
 {
     addAndMakeVisible (button);
     button.addListener (this);
+    button.setMouseClickGrabsKeyboardFocus (false); // a click that does not count would have the next key press it
     button.setStyle (juce::Font::bold);
     button.setColour (juce::TextButton::buttonColourId, BackgroundColour);
     button.setColour (juce::TextButton::buttonOnColourId, BackgroundColour);
