@@ -2,12 +2,15 @@
 // Languages, the executable's file and staying awake on a made-up Mac.
 
 #include "ExecutableFile.h"
+#include "FakeDispatch.h"
 #include "FakeMac.h"
 #include "PreferredLanguages.h"
 #include "SleepInhibitor.h"
+#include "TerminationSignals.h"
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
 
 namespace wqv
@@ -49,6 +52,33 @@ TEST_F (MacPlatformTest, theExecutableIsThisOneWhateverTheFolder)
 {
     const auto self = std::filesystem::read_symlink ("/proc/self/exe");
     EXPECT_EQ (getExecutableFile(), self);
+}
+
+TEST_F (MacPlatformTest, eachSignalIsACallAndIsIgnoredAfterwards)
+{
+    constexpr std::array numbers { SIGTERM, SIGHUP, SIGINT };
+    int calls = 0;
+
+    {
+        const TerminationSignals signals ([&calls] { ++calls; });
+
+        for (const auto number : numbers)
+        {
+            EXPECT_TRUE (raiseOnFakeMac (number));
+            std::raise (number); // which must not end the process
+        }
+
+        EXPECT_EQ (calls, 3);
+    }
+
+    EXPECT_FALSE (raiseOnFakeMac (SIGTERM));
+    EXPECT_EQ (fakeSignalSources(), 0u);
+
+    for (const auto number : numbers)
+    {
+        std::raise (number);
+        std::signal (number, SIG_DFL);
+    }
 }
 
 TEST_F (MacPlatformTest, theMachineIsAwakeWhileItIsAsked)

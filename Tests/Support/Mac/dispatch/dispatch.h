@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A stand-in for libdispatch: the documented functions that Mac/ uses, to be compiled on another system, not run.
+// A stand-in for libdispatch: the documented functions that Mac/ uses.
 
 #pragma once
 
