@@ -48,7 +48,8 @@ private:
         const std::array<milliseconds, 4> left { limit, limit / 2, std::min (limit, milliseconds (1)), {} };
         answer.remaining = answer.signalled ? left.at (step / 16 % 4) : milliseconds {};
         expect (answer.signalled || ! hasInterruption, "no interruption is lost");
-        expect (! answerBefore || stopRequested() || answer.code == answerBefore,
+        expect (! answerBefore || stopRequested() || answer.code == answerBefore
+                    || answerBefore == ResponseCode::updateMode, // before which one of an earlier wait may count
                 "an answer before an interruption counts");
         lastAnswer.reset();
         answerBefore.reset();
@@ -88,8 +89,12 @@ private:
 
     void store (const std::vector<std::uint8_t>& report)
     {
+        const auto code = static_cast<ResponseCode> (report.front());
         mailbox.store (report, true);
-        lastAnswer = static_cast<ResponseCode> (report.front());
+
+        // A late 0xF6 takes no other answer's place.
+        if (! lastAnswer || code != ResponseCode::updateMode)
+            lastAnswer = code;
     }
 
     void stop()
