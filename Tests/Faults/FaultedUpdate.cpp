@@ -34,11 +34,14 @@ public:
                          static_cast<Updater::Listener&> (*this));
 
         updater->confirm();
+        const auto begin = Clock::now();
         updater->confirm();
         loop.runUntil ([this] { return isOver(); });
-        update.end = std::chrono::duration_cast<std::chrono::microseconds> (Clock::now() - begin);
+        update.duration = std::chrono::duration_cast<std::chrono::milliseconds> (Clock::now() - begin);
+        const auto requestsBefore = requests.codes().size();
 
         tryToChangeTheOutcome();
+        update.sendsAfterEnd = requests.codes().size() > requestsBefore;
         update.status = updater->status();
         update.failure = updater->failure();
         update.deviceVersion = updater->deviceVersion();
@@ -74,9 +77,7 @@ private:
 
     void readWhatCameOfIt()
     {
-        std::size_t badLine = 0;
         update.trace = stream.str();
-        update.lines = readTrace (stream, badLine);
         update.receivedBlocks = controller.receivedBlocks();
         update.hostErrors = controller.hostErrors();
         update.isUpdated = controller.isUpdated();
@@ -84,9 +85,8 @@ private:
 
     FaultedUpdate update;
     std::stringstream stream;
-    Clock::time_point begin = Clock::now(); ///< the trace's
     TraceWriter trace { stream };
-    TracedHidService traced { service, trace };
+    TracedHidService traced { requests, trace };
     std::optional<Updater> updater;
 };
 

@@ -4,7 +4,6 @@
 #pragma once
 
 #include "FaultScript.h"
-#include "Trace.h"
 #include "UpdateFailure.h"
 #include "UpdaterStatus.h"
 
@@ -27,9 +26,9 @@ struct FaultedUpdate
     UpdateFailure failure;
     bool isAwake = false;           ///< after the outcome
     std::int32_t deviceVersion = 0; ///< as the updater reads it from the controller, plugged in again after the outcome
+    std::chrono::milliseconds duration {}; ///< from the start to the outcome
+    bool sendsAfterEnd = false;
     std::string trace;
-    std::vector<TraceLine> lines;     ///< the same trace, read
-    std::chrono::microseconds end {}; ///< when the outcome was shown, on the trace's clock
 
     // As the controller sees it.
     std::map<std::uint8_t, std::vector<std::uint8_t>> receivedBlocks;

@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The promises of docs/architecture.md, checked on the trace of an update.
+// An update beside the same one without threads and time, and beside the promises.
 
 #include "Judgement.h"
 
-#include "ExpectedEnd.h"
-#include "Responses.h"
+#include "Conversation.h"
 #include "UpdaterFixture.h"
 
 #include <algorithm>
-#include <set>
-#include <utility>
 
 namespace wqv
 {
@@ -17,11 +14,54 @@ namespace
 {
 
 using namespace std::chrono_literals;
-using Cause = UpdateFailure::Cause;
-using LineKind = TraceLine::Kind;
 
-/** A message thread that stands still has a second; a loaded machine takes what it takes. Less than any limit. */
-constexpr std::chrono::milliseconds slack = 5s;
+/** Timers may be a little early. A loaded machine takes what it takes, but less than any limit, and a write that the system gives
+    up takes 5 s. */
+constexpr std::chrono::milliseconds early = 50ms;
+constexpr std::chrono::milliseconds late = 8s;
+
+/** The sizes of the small package's blocks, as a Conversation takes them. */
+std::vector<int> sizes()
+{
+    std::vector<int> list;
+
+    for (const auto& block : smallPackage().blocks)
+        list.push_back (static_cast<int> (block.data.size()) * (block.enabled ? 1 : -1));
+
+    return list;
+}
+
+/** Whether a controller with these faults says more than the one answer that the protocol allows it for a request: "busy" to
+    other requests than block data, or when it has finished. */
+bool breaksTheOrder (const FaultScript& faults)
+{
+    return std::ranges::any_of (faults,
+                                [] (const Fault& fault)
+                                {
+                                    const auto code = smallUpdate[std::min (fault.first, smallUpdate.size()) - 1];
+                                    const auto isBusy =
+                                        fault.kind == Fault::Kind::busy || fault.kind == Fault::Kind::burst;
+                                    return (isBusy && code != 0xF3)
+                                           || (fault.kind == Fault::Kind::wrong && fault.value == 0xF7 && code == 0xF2);
+                                });
+}
+
+/** The numbers of the blocks that were to be written but were not received whole. */
+std::vector<std::uint8_t> missingOf (const FaultedUpdate& update)
+{
+    std::vector<std::uint8_t> numbers;
+    std::uint8_t number = 0;
+
+    for (const auto& block : smallPackage().blocks)
+    {
+        const auto found = update.receivedBlocks.find (++number);
+
+        if (block.enabled && (found == update.receivedBlocks.end() || found->second != block.data))
+            numbers.push_back (number);
+    }
+
+    return numbers;
+}
 
 class Judge
 {
@@ -30,14 +70,10 @@ public:
 
     Judgement verdict()
     {
-        followTrace();
-        judgeEnd();
-        judgeExpectation();
+        judgeOutcome();
 
-        if (update.status == UPDATER_STATUS_COMPLETE)
-            judgeComplete();
-        else
-            judgeError();
+        if (! breaksTheOrder (update.faults))
+            compare();
 
         return judgement;
     }
@@ -49,209 +85,53 @@ private:
             judgement.broken.push_back (promise);
     }
 
-    /** Line by line, from the first request to the outcome. */
-    void followTrace()
+    void judgeOutcome()
     {
-        for (const auto& line : update.lines)
-        {
-            if (line.time > update.end)
-            {
-                expect (line.kind != LineKind::sent, "nothing is sent after the outcome");
-                continue;
-            }
-
-            if (line.kind == LineKind::sent || hasBegun)
-                take (line);
-        }
-
-        endWait (update.end, true);
-    }
-
-    void take (const TraceLine& line)
-    {
-        const auto waited = endWait (line.time, line.kind == LineKind::sent);
-        hasBegun = true;
-        since = line.time;
-        const auto hadToWait = std::exchange (mustWait, false);
-
-        switch (line.kind)
-        {
-            case LineKind::sent:
-                request = static_cast<RequestCode> (line.bytes.front());
-                block = line.bytes[1];
-                isWritten = isWritten || request == RequestCode::packageSummary;
-                isAnswered = false;
-                limit = limitOf (request);
-                mustWait = ! std::exchange (isInterruptionNew, false); // else it may be what the host reads next
-                break;
-
-            case LineKind::notTaken:
-                wasNotTaken = true;
-                mustWait = hadToWait;
-                break;
-
-            case LineKind::received: takeAnswer (line, waited); break;
-
-            case LineKind::attached:
-            case LineKind::removed:
-            case LineKind::opened:
-                wasInterrupted = isInterruptionNew = true;
-                wasInterruptedInWriting = wasInterruptedInWriting || (isWritten && ! isFinished);
-
-                // What it sends while there is no controller stands in no trace.
-                limit = request == RequestCode::enterUpdateMode ? limitOf (request) * protocolLimits::modeRequests
-                                                                : limitOf (RequestCode::finish);
-                break;
-        }
-    }
-
-    void takeAnswer (const TraceLine& line, std::chrono::microseconds waited)
-    {
-        const auto code = static_cast<ResponseCode> (line.bytes.front());
-        answers.insert (code);
-        isFinished = isFinished || (request == RequestCode::finish && code == ResponseCode::updateFinished);
-
-        if (request == RequestCode::blockHeader && ! isAnswered && code != ResponseCode::none
-            && code != ResponseCode::ready)
-            leftOut.insert (block);
-
-        isAnswered = true;
-
-        if (code == ResponseCode::busy && request == RequestCode::blockData)
-        {
-            limit = protocolLimits::nextProgress;
-            mustWait = true;
-        }
-        else if (code == ResponseCode::busy && request == RequestCode::finish)
-        {
-            limit = protocolLimits::pollPause;
-            mustWait = true;
-        }
-        else if (code == ResponseCode::updateMode && request != RequestCode::enterUpdateMode)
-            // Passed over. Where the order is broken, the host perhaps sees it in the place of the answer before it.
-            limit = breaksTheOrder (update.faults)
-                        ? limitOf (request)
-                        : limit - std::chrono::duration_cast<std::chrono::milliseconds> (waited);
-        else
-            limit = isFinished ? protocolLimits::pollPause : 0ms;
-    }
-
-    /** @param byHost  the host goes on without an answer */
-    std::chrono::microseconds endWait (std::chrono::microseconds now, bool byHost)
-    {
-        if (! hasBegun)
-            return {};
-
-        const auto waited = now - since;
-        expect (waited <= limit + slack,
-                "every wait ends: " + std::to_string (waited / 1ms) + " ms of " + std::to_string (limit / 1ms));
-        expect (! byHost || ! mustWait || waited >= limit || breaksTheOrder (update.faults),
-                "no wait ends early: " + std::to_string (waited / 1ms) + " ms of " + std::to_string (limit / 1ms));
-
-        if (waited > judgement.longestWait)
-        {
-            judgement.longestWait = waited;
-            judgement.limit = limit;
-        }
-
-        return waited;
-    }
-
-    void judgeEnd()
-    {
+        const auto isWhole = missingOf (update).empty();
         expect (update.shown == std::vector { UPDATER_STATUS_READY, UPDATER_STATUS_UPDATING, update.status },
                 "there is one outcome");
+        expect (! update.sendsAfterEnd, "nothing is sent after the outcome");
         expect (! update.isAwake, "the machine is kept awake only as long as an update runs");
+        expect (isComplete() == (update.failure.cause == UpdateFailure::Cause::none), "an error has its cause");
+        expect (! update.receivedBlocks.contains (2), "no block that is not enabled");
 
-        if (! breaksTheOrder (update.faults))
-            for (const auto& error : update.hostErrors)
-                expect (false, "only legal orders: " + error);
+        if (isComplete())
+            expect (update.isUpdated == isWhole && update.deviceVersion == (isWhole ? 105 : 100),
+                    "the controller has its new version exactly if all blocks are whole");
     }
 
-    void judgeExpectation()
+    void compare()
     {
-        const auto expected = expectedEnd (update.faults);
-        const auto isComplete = update.status == UPDATER_STATUS_COMPLETE;
+        Conversation reference (sizes(), update.faults);
+        UpdateSequence sequence (reference, reference.info, reference.blocks);
+        expect (sequence.run() == isComplete(), "complete, or not, as without threads");
 
-        expect (isComplete ? expected.mayBeComplete : expected.mayBeError, "it ends as the protocol says");
+        auto expected = sequence.failure();
+        auto seen = update.failure;
+        const auto mayEndEarly = expected.cause == UpdateFailure::Cause::interrupted; // it is seen when it happens
+        judgement.byProtocol = reference.now;
+        expect (mayEndEarly || (seen.waited >= expected.waited - early && update.duration >= reference.now - early),
+                "no wait ends early: " + times());
+        expect (seen.waited <= expected.waited + late && update.duration <= reference.now + late,
+                "every wait ends: " + times());
 
-        if (! expected.mayBeComplete && ! isComplete)
-            expect (update.failure.cause == expected.cause
-                        && static_cast<int> (update.failure.request) == smallUpdate[expected.request - 1],
-                    "the cause is what went wrong first");
+        expected.waited = seen.waited = {};
+        expect (seen == expected, "what went wrong first is what does without threads");
+        expect (missingOf (update) == reference.missing(), "the blocks that are whole are those without threads");
+
+        for (const auto& error : update.hostErrors)
+            expect (false, "only legal orders: " + error);
     }
 
-    void judgeComplete()
+    [[nodiscard]] std::string times() const
     {
-        expect (isFinished, "complete only after 0xFC");
-        expect (! wasInterruptedInWriting, "never complete after the controller went away");
-
-        const auto package = smallPackage();
-        auto isWhole = true;
-
-        std::uint8_t number = 0;
-
-        for (const auto& sent : package.blocks)
-        {
-            const auto found = update.receivedBlocks.find (++number);
-
-            if (! sent.enabled)
-                expect (found == update.receivedBlocks.end(), "no block that is not enabled");
-            else if (found == update.receivedBlocks.end() || found->second != sent.data)
-            {
-                isWhole = false;
-
-                // Where the order is broken, a header may get an answer to the one before it.
-                const auto isLeftOut = leftOut.contains (number)
-                                       || (breaksTheOrder (update.faults) && answers.contains (ResponseCode::busy));
-                expect (isLeftOut, "complete only if block " + std::to_string (number) + " is whole");
-            }
-        }
-
-        const auto newVersion = static_cast<std::int32_t> (isWhole ? package.version : 100);
-        expect (update.isUpdated == isWhole && update.deviceVersion == newVersion,
-                "the controller has its new version exactly if all blocks are whole");
+        return std::to_string (update.duration / 1ms) + " ms of " + std::to_string (*judgement.byProtocol / 1ms);
     }
 
-    /** No error without a reason. */
-    void judgeError()
-    {
-        const auto& failure = update.failure;
-        const auto limitOfFailure = failure.request == RequestCode::blockData && answers.contains (ResponseCode::busy)
-                                        ? protocolLimits::nextProgress
-                                        : limitOf (failure.request);
-
-        switch (failure.cause)
-        {
-            case Cause::interrupted: expect (wasInterrupted, "an interruption was one"); break;
-            case Cause::notSent: expect (wasNotTaken || wasInterrupted, "what was not sent was not taken"); break;
-            case Cause::noAnswer: expect (failure.waited >= limitOfFailure, "no answer within the limit"); break;
-            case Cause::wrongAnswer: expect (answers.contains (failure.received), "a wrong answer was given"); break;
-            case Cause::none:
-            case Cause::noData:
-            case Cause::stopped: expect (false, "an error has its cause"); break;
-        }
-    }
+    [[nodiscard]] bool isComplete() const { return update.status == UPDATER_STATUS_COMPLETE; }
 
     const FaultedUpdate& update;
     Judgement judgement;
-
-    // Of the trace, up to the line that was read last.
-    RequestCode request = RequestCode::enterUpdateMode;
-    std::uint8_t block = 0;
-    std::chrono::microseconds since {};
-    std::chrono::milliseconds limit {}; ///< of the wait that begins there
-    bool mustWait = false;              ///< and the host may not go on before that
-    bool hasBegun = false;
-    bool isWritten = false; ///< a summary was sent
-    bool isAnswered = false;
-    bool isFinished = false;
-    bool wasNotTaken = false;
-    bool isInterruptionNew = false; ///< nothing was sent since
-    bool wasInterrupted = false;
-    bool wasInterruptedInWriting = false;
-    std::set<ResponseCode> answers;
-    std::set<std::uint8_t> leftOut; ///< blocks whose header was answered with another code than "ready"
 };
 
 } // namespace

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Which promises an update has broken.
+// Which promises an update with all threads has broken.
 
 #pragma once
 
 #include "FaultedUpdate.h"
 
 #include <chrono>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,12 +17,13 @@ struct Judgement
 {
     std::vector<std::string> broken; ///< the promises, for people; empty is good
 
-    /** The longest time in which the host did nothing, and how much it may take there. */
-    std::chrono::microseconds longestWait {};
-    std::chrono::milliseconds limit {};
+    /** How long the update takes by the limits of the protocol alone; nothing if its faults leave that open. */
+    std::optional<std::chrono::milliseconds> byProtocol;
 };
 
-/** Looks at what passed between host and controller, and not at what the host says of itself but for its outcome. */
+/** Compares the update with what its faults lead to on a clock that only waits and pauses move, in one thread: the threads, the
+    message loop and real time must change nothing. Where a controller says more than the protocol allows it, what comes of
+    that is a matter of time, and only the promises count. */
 [[nodiscard]] Judgement judge (const FaultedUpdate& update);
 
 } // namespace wqv

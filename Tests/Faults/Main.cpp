@@ -63,7 +63,7 @@ nlohmann::json runScript (const std::string& script, const Options& options)
 {
     nlohmann::json line { { "script", script }, { "updates", options.times }, { "broken", nlohmann::json::array() } };
     auto& outcomes = line["outcomes"] = nlohmann::json::object();
-    std::chrono::microseconds longest {};
+    std::chrono::milliseconds longest {};
     ProcessSize size;
 
     for (int i = 0; i < options.times; ++i)
@@ -76,12 +76,11 @@ nlohmann::json runScript (const std::string& script, const Options& options)
         auto& count = outcomes[outcomeOf (update)];
         count = count.is_null() ? 1 : count.get<int>() + 1;
 
-        if (judgement.longestWait >= longest)
-        {
-            longest = judgement.longestWait;
-            line["waited_ms"] = longest.count() / 1000;
-            line["limit_ms"] = judgement.limit.count();
-        }
+        longest = std::max (longest, update.duration);
+        line["took_ms"] = longest.count();
+
+        if (judgement.byProtocol)
+            line["by_protocol_ms"] = judgement.byProtocol->count();
 
         for (const auto& promise : judgement.broken)
             line["broken"].push_back (promise);
