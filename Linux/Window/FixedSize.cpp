@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Our own function in the place of Xlib's XSetWMNormalHints, which JUCE calls by a pointer.
+// Our own functions in the places of Xlib's XSetWMNormalHints and XMoveResizeWindow, which JUCE calls by pointers.
 
 #define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1 // JUCE's pointers
 
@@ -8,16 +8,29 @@
 namespace wqv
 {
 
-/** What stands in the function's place. */
-struct FixedSize::Completion
+/** What stands in their places. */
+struct FixedSize::Interception
 {
+    static bool isOfKept (::Window target)
+    {
+        const auto* const peer = keeper != nullptr ? keeper->window.getPeer() : nullptr;
+        return peer != nullptr && reinterpret_cast<::Window> (peer->getNativeHandle()) == target;
+    }
+
     static void setHints (::Display* display, ::Window target, XSizeHints* hints)
     {
-        if (const auto* const peer = keeper->window.getPeer();
-            peer != nullptr && reinterpret_cast<::Window> (peer->getNativeHandle()) == target)
+        if (isOfKept (target))
             complete (*hints);
 
         XSetWMNormalHints (display, target, hints);
+    }
+
+    static void place (::Display* display, ::Window target, int x, int y, unsigned width, unsigned height)
+    {
+        if (isOfKept (target) && keeper->window.isVisible())
+            XResizeWindow (display, target, width, height);
+        else
+            XMoveResizeWindow (display, target, x, y, width, height);
     }
 
     static void complete (XSizeHints& hints)
@@ -34,19 +47,27 @@ struct FixedSize::Completion
         hints.min_height = hints.max_height = keeper->inPixels.getHeight();
     }
 
-    static inline FixedSize* keeper = nullptr; ///< the function has no other way to learn it
+    static inline FixedSize* keeper = nullptr; ///< the functions have no other way to learn it; null without one
 };
 
-FixedSize::FixedSize (const juce::Component& windowToKeep) : window (windowToKeep), size (windowToKeep.getLocalBounds())
+FixedSize::FixedSize (juce::Component& windowToKeep) : window (windowToKeep), size (windowToKeep.getLocalBounds())
 {
-    Completion::keeper = this;
-    juce::X11Symbols::getInstance()->xSetWMNormalHints = &Completion::setHints;
+    Interception::keeper = this;
+    juce::X11Symbols::getInstance()->xSetWMNormalHints = &Interception::setHints;
+    juce::X11Symbols::getInstance()->xMoveResizeWindow = &Interception::place;
+    window.addComponentListener (this);
 }
 
 FixedSize::~FixedSize()
 {
-    juce::X11Symbols::getInstance()->xSetWMNormalHints = &XSetWMNormalHints;
-    Completion::keeper = nullptr;
+    window.removeComponentListener (this);
+    Interception::keeper = nullptr;
+}
+
+void FixedSize::componentMovedOrResized (juce::Component& /*component*/, bool /*wasMoved*/, bool /*wasResized*/)
+{
+    if (window.getLocalBounds() != size && timesLeft-- > 0)
+        window.setSize (size.getWidth(), size.getHeight());
 }
 
 } // namespace wqv

@@ -54,6 +54,7 @@ TEST (FixedSizeTests, IsInTheHintsWhateverJuceWritesOverThem)
         // As a window manager may want it, and JUCE then says again.
         window.setSize (100, 60);
         EXPECT_EQ (limits (window), expected);
+        EXPECT_EQ (window.getLocalBounds(), juce::Rectangle<int> (42, 17));
 
         other.setSize (10, 10);
         other.addToDesktop (0);
