@@ -41,7 +41,7 @@ void HidrawConnection::startInput (ReportBuffer& reportBuffer,
                                               [weak = weak_from_this()] (int)
                                               {
                                                   if (const auto connection = weak.lock())
-                                                      connection->readReports();
+                                                      connection->readPending();
                                               });
 }
 
@@ -52,7 +52,7 @@ void HidrawConnection::stopInput()
 }
 
 /** The kernel keeps 63 reports and drops further ones, so all that are there are taken. */
-void HidrawConnection::readReports()
+void HidrawConnection::readPending()
 {
     // A callback may stop input, which ends the loop.
     while (buffer != nullptr)

@@ -30,11 +30,10 @@ public:
                      std::function<void()> onHangUp);
 
     void stopInput() override;
+    void readPending() override;
     [[nodiscard]] bool send (std::span<const std::uint8_t> report) override;
 
 private:
-    void readReports();
-
     const int descriptor;
     ReportBuffer* buffer = nullptr; ///< null while input is stopped
     std::function<void (std::size_t)> reportCallback;

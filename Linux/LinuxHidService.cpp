@@ -155,6 +155,7 @@ HidService::Opened LinuxHidService::open (HidDeviceId device, ReportBuffer& buff
 
     retries.begin (device);
     const auto connection = std::make_shared<HidrawConnection> (descriptor);
+    node->connection = connection;
 
     connection->startInput (
         buffer,
@@ -185,6 +186,10 @@ void LinuxHidService::handleMonitor()
         {
             if (known != nodes.end())
             {
+                // The kernel keeps what it sent before it left.
+                if (const auto connection = known->second.connection.lock())
+                    connection->readPending();
+
                 nodeGone (known->second.device.id);
                 nodes.erase (known);
             }

@@ -35,6 +35,7 @@ private:
         std::string path;    ///< of the node, as in /dev/hidraw0
         bool isGone = false; ///< it has hung up, and udev is yet to say that it was removed
         int error = 0;       ///< the system's number for why its last open failed; 0 if it did not
+        std::weak_ptr<HidConnection> connection {}; ///< the last one
     };
 
     /** By system path: at a removal the device's parents are gone already. */

@@ -62,6 +62,12 @@ std::uint32_t HidCtrl::deviceInput (std::span<std::uint8_t> buffer) const
     return m_hidUtil != nullptr ? m_hidUtil->deviceInput (buffer) : 0;
 }
 
+void HidCtrl::readPending()
+{
+    if (m_hidUtil != nullptr)
+        m_hidUtil->readPending();
+}
+
 bool HidCtrl::setData (std::span<const std::uint8_t> report)
 {
     // The message thread may just have noted a removal, which "request sent" must not overwrite.

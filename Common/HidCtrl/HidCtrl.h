@@ -61,6 +61,9 @@ public:
         @returns the bytes copied; 0 for an empty buffer or without a device */
     [[nodiscard]] std::uint32_t deviceInput (std::span<std::uint8_t> buffer) const;
 
+    /** Has the reports told that have arrived and were not read yet, as far as HidConnection::readPending() can. */
+    void readPending();
+
     /** Sends one output report and notes that it did: from then on a removal is always told to the handler. Any thread;
         may wait as HidConnection::send does.
         @returns false without a device or when the system did not take the report */

@@ -49,6 +49,10 @@ public:
         not wait. */
     virtual void stopInput() = 0;
 
+    /** Tells the listener at once of the reports that have arrived and were not read yet, where the system can be asked for them;
+        elsewhere does nothing, and the next two rounds of the message loop tell of them. Message thread. */
+    virtual void readPending() {}
+
     /** Sends one output report, with report id 0, and returns when the system has taken it or given up.
 
         Any thread, one at a time. It may wait (5 s at most) while the device takes nothing; an unplug ends

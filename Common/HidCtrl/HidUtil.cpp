@@ -101,6 +101,13 @@ std::uint32_t HidUtil::deviceInput (std::span<std::uint8_t> buffer) const
     return static_cast<std::uint32_t> (count);
 }
 
+void HidUtil::readPending()
+{
+    // A report may lead to anything, the end of the connection included.
+    if (const auto connection = m_connection)
+        connection->readPending();
+}
+
 bool HidUtil::deviceOutput (std::span<const std::uint8_t> report)
 {
     std::shared_ptr<HidConnection> connection;

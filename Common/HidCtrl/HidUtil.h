@@ -59,6 +59,9 @@ public:
         @returns the bytes copied; 0 without a device */
     [[nodiscard]] std::uint32_t deviceInput (std::span<std::uint8_t> buffer) const;
 
+    /** Has the reports told that have arrived and were not read yet, as far as HidConnection::readPending() can. */
+    void readPending();
+
     /** Sends one output report and waits until the system has taken it; see HidConnection::send. Any thread.
         @returns false for an empty report or one that is not as long as the device's own, without a device, or when the
                  system did not take it */

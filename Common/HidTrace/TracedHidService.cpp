@@ -20,6 +20,7 @@ public:
     }
 
     void stopInput() override { connection->stopInput(); }
+    void readPending() override { connection->readPending(); }
 
     bool send (std::span<const std::uint8_t> report) override
     {

@@ -105,8 +105,8 @@ void Updater::post (UpdaterStatus_t requested)
     triggerAsyncUpdate();
 }
 
-/** Called by the worker. One round of the message loop may deal with this before it reads what the controller has sent,
-    but the round after that has read it. */
+/** Called by the worker. Where the system cannot be asked for what the controller has sent, one round of the message loop may
+    deal with this before it reads that, but the round after it has read it. */
 void Updater::askForTurn()
 {
     turnsWanted = 2;
@@ -117,6 +117,8 @@ void Updater::takeTurn()
 {
     if (turnsWanted == 0)
         return;
+
+    engine->hidCtrl.readPending();
 
     if (--turnsWanted == 0)
         engine->mailbox.turned();
