@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Fuzzes the conversation of an update: a device whose every answer comes from the input, and one that keeps to the protocol but
-// for the faults that the input gives it.
+// Fuzzes the conversation of an update, with a device whose every answer comes from the input.
 
 #include "Conversation.h"
 #include "Fuzz.h"
@@ -118,9 +117,9 @@ private:
 };
 
 /** Sizes for a Conversation: negative for a block that is not to be written. */
-std::vector<int> sizesFrom (Input& input, std::size_t mostBlocks)
+std::vector<int> sizesFrom (Input& input)
 {
-    std::vector<int> sizes (input.byte() % (mostBlocks + 1));
+    std::vector<int> sizes (input.byte() % (maximumBlockCount + 1));
 
     for (auto& size : sizes)
     {
@@ -131,98 +130,16 @@ std::vector<int> sizesFrom (Input& input, std::size_t mostBlocks)
     return sizes;
 }
 
-void fuzzAnswers (Input& input)
-{
-    const Conversation package (sizesFrom (input, maximumBlockCount)); // for its package alone
-    InputDevice device (input, package.info, package.blocks);
-    UpdateSequence sequence (device, package.info, package.blocks);
-    const auto isComplete = sequence.run();
-    device.rulebook().ended (isComplete, sequence.failure());
-}
-
-/** Faults one behind the other: what a request of two of them would mean, nobody says. */
-FaultScript faultsFrom (Input& input)
-{
-    FaultScript faults (input.byte() % 5);
-    std::size_t before = 0;
-
-    for (auto& fault : faults)
-    {
-        fault.kind = static_cast<Fault::Kind> (input.byte() % (static_cast<int> (Fault::Kind::hold) + 1));
-        fault.first = before + 1 + input.byte() % 16U;
-        fault.last = fault.first + input.byte() % 16U;
-        fault.value = fault.kind == Fault::Kind::late || fault.kind == Fault::Kind::replug ? 10 * input.word()
-                      : fault.kind == Fault::Kind::wrong                                   ? input.byte()
-                                                                                           : input.byte() % 8U;
-
-        // A controller that has said it is in update mode does not say afterwards that it is not.
-        if (before > 0 && (fault.kind == Fault::Kind::notYet || fault.kind == Fault::Kind::refuse))
-            fault.kind = Fault::Kind::silent;
-        else if (fault.kind == Fault::Kind::notYet || fault.kind == Fault::Kind::refuse)
-            fault.first = 1;
-
-        before = fault.last;
-    }
-
-    return faults;
-}
-
-void fuzzFaults (Input& input)
-{
-    const auto sizes = sizesFrom (input, 4);
-    const auto faults = faultsFrom (input);
-    const ControllerPace slow { .restart = milliseconds (30 * input.byte()),
-                                .erase = milliseconds (40),
-                                .write = milliseconds (5),
-                                .complete = milliseconds (150),
-                                .busyPolls = 3 };
-    Conversation update (sizes, faults, input.byte() % 2 == 0 ? slow : ControllerPace {});
-
-    if (const auto step = input.byte(); step != 0)
-        update.stopAt = step;
-
-    if (const auto time = input.word(); time != 0)
-        update.schedule ({ .kind = Conversation::Event::Kind::unplug, .delay = milliseconds (time) });
-
-    const auto isComplete = update.run();
-    auto leavesBlocksOut = false;
-
-    // "Busy" is an answer to block data and to "finish" alone; and a controller that says it has finished has.
-    for (const auto& fault : faults)
-    {
-        const auto isBusy = fault.kind == Fault::Kind::busy || fault.kind == Fault::Kind::burst
-                            || (fault.kind == Fault::Kind::wrong && fault.value == 0xF7);
-        leavesBlocksOut = leavesBlocksOut || fault.kind == Fault::Kind::wrong;
-
-        for (auto n = fault.first; isBusy && n <= std::min (fault.last, update.requests.size()); ++n)
-            if (update.requests[n - 1].front() != 0xF3)
-                return;
-    }
-
-    for (const auto& error : update.controller.hostErrors())
-        std::fprintf (stderr, "%s\n", error.c_str());
-
-    expect (update.controller.hostErrors().empty(), "the virtual controller has nothing to complain of");
-    expect (update.now <= std::chrono::minutes (60), "an update ends");
-
-    if (! isComplete)
-        return;
-
-    expect (update.waits.back().answer.code == ResponseCode::updateFinished, "complete only if the controller says so");
-    expect (update.missing().empty() || leavesBlocksOut, "complete only if every block was written");
-}
-
 } // namespace
 } // namespace wqv
 
 int LLVMFuzzerTestOneInput (const std::uint8_t* data, std::size_t size)
 {
     wqv::Input input ({ data, size });
-
-    if (input.byte() % 4 != 0)
-        wqv::fuzzAnswers (input);
-    else
-        wqv::fuzzFaults (input);
-
+    const wqv::Conversation update (wqv::sizesFrom (input)); // for its package alone
+    wqv::InputDevice device (input, update.info, update.blocks);
+    wqv::UpdateSequence sequence (device, update.info, update.blocks);
+    const auto isComplete = sequence.run();
+    device.rulebook().ended (isComplete, sequence.failure());
     return 0;
 }
