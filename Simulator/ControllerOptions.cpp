@@ -17,6 +17,9 @@ namespace wqv
 namespace
 {
 
+/** A slower controller would leave the host without a word for longer than it waits: 10 s after "finish". */
+constexpr double slowestPace = 30.0;
+
 /** With the sample package about 15 seconds in all. */
 ControllerPace paceOf (double factor)
 {
@@ -51,7 +54,7 @@ void addControllerOptions (CLI::App& app, ControllerOptions& options)
             ->check ([] (const std::string& text)
                      { return parseFirmwareVersion (text) ? "" : "a version has the form 1.00"; });
     auto* const pace = app.add_option ("--pace", options.pace, "A factor on all its delays; 0 answers at once")
-                           ->check (CLI::Range (0.0, 100.0));
+                           ->check (CLI::Range (0.0, slowestPace));
     auto* const received = app.add_option_function<std::string> (
         "--received",
         [&options] (const std::string& text) { options.receivedFolder = pathFromUtf8 (text); },

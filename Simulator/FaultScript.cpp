@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <limits>
 #include <utility>
 
 namespace wqv
@@ -49,11 +50,28 @@ bool readNumber (std::string_view text, Number& number)
     return result.ec == std::errc {} && result.ptr == end;
 }
 
+/** The largest value of a kind; nothing for one that has none. */
+std::optional<std::uint32_t> largestValue (Fault::Kind kind)
+{
+    switch (kind)
+    {
+        case Fault::Kind::wrong: return 0xFF;
+
+        case Fault::Kind::late:
+        case Fault::Kind::busy:
+        case Fault::Kind::burst:
+        case Fault::Kind::replug: return std::numeric_limits<std::uint32_t>::max();
+
+        default: return {};
+    }
+}
+
 std::optional<Fault> parseFault (std::string_view text)
 {
     const auto hasValue = text.find (':') != std::string_view::npos;
     auto place = takeUntil (text, ':');
     const auto name = takeUntil (place, '@');
+    const auto hasRange = place.find ('-') != std::string_view::npos;
     const auto first = takeUntil (place, '-');
     const auto* const kind = std::ranges::find (kinds, name, &std::pair<std::string_view, Fault::Kind>::first);
 
@@ -62,8 +80,11 @@ std::optional<Fault> parseFault (std::string_view text)
 
     Fault fault { .kind = kind->second };
 
-    if (! readNumber (first, fault.first) || ! readNumber (place.empty() ? first : place, fault.last)
-        || (hasValue && ! readNumber (text, fault.value)))
+    const auto largest = largestValue (fault.kind);
+
+    if (! readNumber (first, fault.first) || ! readNumber (hasRange ? place : first, fault.last)
+        || hasValue != largest.has_value()
+        || (hasValue && (! readNumber (text, fault.value) || fault.value > *largest)))
         return {};
 
     // Requests are counted from 1, and a range that ends before it begins holds none.

@@ -42,7 +42,7 @@ struct Fault
 using FaultScript = std::vector<Fault>;
 
 /** Reads a script: faults separated by commas, each `kind@first[-last][:value]`, as in `notYet@1-3,unplug@40` or
-    `wrong@7:0xF8`. Nothing for a text of another form. */
+    `wrong@7:0xF8`, with a value for those kinds that have one. Nothing for a text of another form. */
 [[nodiscard]] std::optional<FaultScript> parseFaultScript (std::string_view text);
 
 } // namespace wqv

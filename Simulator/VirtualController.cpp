@@ -68,12 +68,12 @@ VirtualController::Reaction VirtualController::receive (std::span<const std::uin
     expect (! answerIsOwed || mayInterrupt, "a request before the answer to the last one");
     answerIsOwed = true;
 
-    const std::pair before { phase, wasUpdating };
+    const State before { phase, wasUpdating, hasNewFirmware, version };
     auto reaction = answerTo (report);
     applyFaults (reaction, code, before);
 
     if (leavesBus)
-        restart (reaction, before.first);
+        restart (reaction, std::get<Phase> (before));
 
     return reaction;
 }
@@ -242,7 +242,7 @@ void VirtualController::completeBlock()
     note ("block " + std::to_string (currentBlock) + " received, " + std::to_string (data.size()) + " bytes");
 }
 
-void VirtualController::applyFaults (Reaction& reaction, RequestCode request, std::pair<Phase, bool> before)
+void VirtualController::applyFaults (Reaction& reaction, RequestCode request, const State& before)
 {
     for (const auto& fault : faults)
     {
@@ -279,7 +279,7 @@ void VirtualController::applyFaults (Reaction& reaction, RequestCode request, st
 
                 // What the controller has not agreed to has not happened.
                 if (! agrees (static_cast<ResponseCode> (last.report[0]), request))
-                    std::tie (phase, wasUpdating) = before;
+                    std::tie (phase, wasUpdating, hasNewFirmware, version) = before;
 
                 break;
 

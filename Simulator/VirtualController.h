@@ -14,6 +14,7 @@
 #include <map>
 #include <span>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -76,6 +77,9 @@ private:
         finished
     };
 
+    /** What an answer changes: phase, wasUpdating, hasNewFirmware, version. */
+    using State = std::tuple<Phase, bool, bool, std::int32_t>;
+
     struct Block
     {
         bool isEnabled = false;
@@ -91,7 +95,7 @@ private:
     Reaction takeData (std::span<const std::uint8_t> report);
     Reaction finish (std::span<const std::uint8_t> report);
     void completeBlock();
-    void applyFaults (Reaction& reaction, RequestCode request, std::pair<Phase, bool> before);
+    void applyFaults (Reaction& reaction, RequestCode request, const State& before);
     void restart (Reaction& reaction, Phase before) const;
 
     [[nodiscard]] Reaction answer (ResponseCode code, std::uint8_t value, Milliseconds delay) const;

@@ -198,7 +198,16 @@ TEST (Scenarios, progressIsTheControllersOwnFigure)
 
 TEST (Scenarios, faultsThatCannotHappenAreRefused)
 {
-    for (const auto* const script : { "unplug@0", "silent@40-30", "late@1:", "unplug", "unplugged@1", "silent@1-2-3" })
+    for (const auto* const script : { "unplug@0",
+                                      "silent@40-30",
+                                      "late@1:",
+                                      "unplug",
+                                      "unplugged@1",
+                                      "silent@1-2-3",
+                                      "unplug@1-",
+                                      "silent@1:9",
+                                      "wrong@7:0x1F8",
+                                      "late@4" })
         EXPECT_FALSE (parseFaultScript (script)) << script;
 }
 

@@ -16,6 +16,13 @@ bool isPlain (std::uint8_t byte)
     return byte >= 0x20 && byte < 0x7F && byte != '\\';
 }
 
+/** Whether a character is not seen, but changes how those around it are: their direction, or where a line ends. */
+bool isFormatting (std::uint32_t character)
+{
+    return (character >= 0x200B && character <= 0x200F) || (character >= 0x2028 && character <= 0x202E)
+           || (character >= 0x2060 && character <= 0x206F) || character == 0xFEFF;
+}
+
 /** The bytes of the printable character that @p text, which is not empty, begins with; 0 when there is none. */
 std::size_t printableLength (std::string_view text)
 {
@@ -42,7 +49,8 @@ std::size_t printableLength (std::string_view text)
     // Below lie the control characters up to 9F and what a shorter form would hold.
     constexpr std::array<std::uint32_t, 3> lowest { 0xA0, 0x800, 0x10000 };
     const auto surrogate = character >= 0xD800 && character < 0xE000;
-    return character >= lowest[length - 2] && character < 0x110000 && ! surrogate ? length : 0;
+    return character >= lowest[length - 2] && character < 0x110000 && ! surrogate && ! isFormatting (character) ? length
+                                                                                                                : 0;
 }
 
 std::string escape (std::uint8_t byte)
