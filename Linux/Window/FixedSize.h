@@ -11,8 +11,8 @@ namespace wqv
 /** Says a window's size to the window manager as its smallest and largest too, from before it is shown: one that ignores
     the hint against resizing, a tiling one for instance, obeys that one.
 
-    JUCE (7.0.5, 8.0.6) says it as well, but unscaled, and then writes other hints over it whenever it places the window,
-    which it does even for a repaint; so they are completed on their way. One object at a time, message thread only.
+    JUCE says it as well, but unscaled, and then writes other hints over it whenever it places the window, which it
+    does even for a repaint; so they are completed on their way. One object at a time, message thread only.
 */
 class FixedSize
 {
