@@ -23,7 +23,7 @@ struct EmbeddedFamily
     std::span<const std::uint8_t> bold;
 };
 
-/** The families; the first one also serves for any other name. */
+/** The families; the first one is also that of fonts without a name. */
 inline constexpr auto fontList = std::to_array<EmbeddedFamily> ({
     { "WQV Sans", wqv_sans_regular_otf, wqv_sans_bold_otf },
     { "WQV Sans SC", wqv_sans_sc_regular_otf, wqv_sans_sc_bold_otf },

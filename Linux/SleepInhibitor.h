@@ -19,8 +19,8 @@ class SystemBus;
     up; the desktop can show who wants that, and why. The kernel gives it back if the process ends in any other way.
 
     It never waits: logind is asked in the background of the message loop, for turning off apart, since it may refuse that
-    alone. What it refuses it is one line on standard error each, and one if it is not there, and that is all; one that
-    never answers is not complained of. Message thread only.
+    alone. Each refusal is one line on standard error, and so is a logind that is not there; nothing else happens. Of one
+    that never answers nothing is said. Message thread only.
 */
 class SleepInhibitor
 {
@@ -33,7 +33,7 @@ public:
     SleepInhibitor& operator= (const SleepInhibitor&) = delete;
 
 private:
-    /** One of logind's. */
+    /** A lock that logind gives. */
     struct Lock
     {
         void takeAnswer (sd_bus_message& answer);

@@ -20,8 +20,9 @@ std::vector<std::string> preferredLanguages()
         return languages;
 
     auto* const list = static_cast<CFArrayRef> (value.get());
-    std::array<char, 16 + 1>
-        identifier {}; // with a zero behind what is copied into it, whatever a copy that fails leaves there
+
+    // With a zero behind what is copied into it, whatever a copy that fails leaves there.
+    std::array<char, 16 + 1> identifier {};
 
     for (CFIndex i = 0; i < CFArrayGetCount (list); ++i)
     {

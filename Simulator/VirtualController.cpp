@@ -246,7 +246,7 @@ void VirtualController::applyFaults (Reaction& reaction, RequestCode request, co
 {
     for (const auto& fault : faults)
     {
-        // A controller that says nothing more has nothing to say wrongly.
+        // A controller that is silent or gone has no answer to spoil.
         if (! fault.concerns (requests) || reaction.events.empty() || reaction.events.back().report.empty())
             continue;
 
@@ -277,7 +277,7 @@ void VirtualController::applyFaults (Reaction& reaction, RequestCode request, co
             case Fault::Kind::wrong:
                 last.report[0] = static_cast<std::uint8_t> (fault.value);
 
-                // What the controller has not agreed to has not happened.
+                // If the spoilt answer is no agreement, the step has not happened.
                 if (! agrees (static_cast<ResponseCode> (last.report[0]), request))
                     std::tie (phase, wasUpdating, hasNewFirmware, version) = before;
 
@@ -304,7 +304,7 @@ void VirtualController::applyFaults (Reaction& reaction, RequestCode request, co
     }
 }
 
-/** Puts a restart in the place of the answer that it takes the controller for, or after it. */
+/** Adds a restart: into update mode instead of the answer, out of it after the answer. */
 void VirtualController::restart (Reaction& reaction, Phase before) const
 {
     if (reaction.events.empty() || reaction.events.back().report.size() < 2)

@@ -83,7 +83,7 @@ void CALLBACK HidFileConnection::handleEndOfRead (void* connection, BOOLEAN /*is
     PostMessageW (to.window, to.message, to.device, 0);
 }
 
-/** One that cannot be started ends at once, as one that fails later does. */
+/** A read that cannot be started ends at once, as one that fails later does. */
 void HidFileConnection::startRead()
 {
     reading->hasStarted (ReadFile (file.get(), reading->bytes.data(), reading->size(), nullptr, &reading->overlapped));

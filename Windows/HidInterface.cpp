@@ -27,7 +27,7 @@ namespace wqv
 namespace
 {
 
-/** The numbers right behind a text, wherever that is in another. */
+/** The numbers right behind each place where @p name stands in a text. */
 std::vector<std::uint64_t> numbersAfter (std::wstring_view name, const std::wstring& text, int base)
 {
     std::vector<std::uint64_t> numbers;

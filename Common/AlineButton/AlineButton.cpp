@@ -66,7 +66,8 @@ bool AlineButton::keyPressed (const juce::KeyPress& key)
     if (! key.isKeyCode (juce::KeyPress::returnKey) && ! key.isKeyCode (juce::KeyPress::spaceKey))
         return false;
 
-    // At once, not by a message as JUCE does: a second key may be waiting already, and must find what this one has changed.
+    // At once, not by a message as JUCE (7.0.5, 8.0.6) does: a second key may be waiting already, and must find what this
+    // one has changed.
     internalClickCallback (key.getModifiers());
     return true;
 }

@@ -10,8 +10,8 @@
 namespace wqv
 {
 
-/** A path from UTF-8, which all arguments are in. Of plain text a path cannot be made everywhere: MinGW's library (GCC 12) takes
-    every byte for a character of its own. */
+/** A path from UTF-8, which all arguments are in. A path of plain char cannot be made everywhere: one standard library (of
+    GCC 12) takes every byte for a character. */
 [[nodiscard]] inline std::filesystem::path pathFromUtf8 (std::string_view text)
 {
     return std::u8string (text.begin(), text.end());

@@ -22,8 +22,8 @@ float widthOf (const juce::String& line, const juce::Font& font)
     return glyphs.getBoundingBox (0, -1, true).getWidth();
 }
 
-/** Breaks a text at spaces. A line ends before the word that would make it wider than @p most, or after the one that makes
-    it, with the space behind it, wider than @p enough; only the last line that is allowed takes all the rest. */
+/** Breaks a text at spaces. A new line begins before a word that would make the line wider than @p most, and after a line
+    that, with a space behind it, is wider than @p enough; the last line allowed takes all the rest. */
 juce::StringArray brokenAtSpaces (
     const juce::String& text, const juce::Font& font, float enough, float most, int mostLines)
 {

@@ -114,7 +114,8 @@ public:
     /** The devices that are attached now, in no particular order. */
     [[nodiscard]] virtual std::vector<HidDevice> devices() = 0;
 
-    /** Sets who hears of devices; null for nobody. A device attached after a call of devices() is told of. */
+    /** Sets who hears of devices; null for nobody. The listener hears of every device that is attached after devices() was
+        called. */
     virtual void setListener (Listener* newListener) = 0;
 
     /** Opens a device for input and output, where the system can for this program alone.

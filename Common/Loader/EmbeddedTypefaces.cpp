@@ -17,7 +17,7 @@ juce::Typeface::Ptr EmbeddedTypefaces::find (const juce::Font& font)
     const auto named =
         std::ranges::find_if (fontList, [&name] (const EmbeddedFamily& family) { return name == family.name; });
 
-    // JUCE's own names for fonts that nobody has named are in angle brackets.
+    // A font without a name has one of JUCE's (7.0.5, 8.0.6) all the same, in angle brackets.
     if (named == fontList.end() && name.isNotEmpty() && ! name.startsWithChar ('<'))
         return juce::Typeface::createSystemTypefaceFor (font);
 

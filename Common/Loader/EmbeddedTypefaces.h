@@ -17,8 +17,8 @@ namespace wqv
 class EmbeddedTypefaces
 {
 public:
-    /** The typeface for a font: of its family if that is an embedded one or, for a language, the system's; else of the
-        Latin one; bold or regular. */
+    /** The typeface for a font, bold or regular: a name in fontList gives the embedded one, any other name the system's, no
+        name the first of fontList. */
     [[nodiscard]] juce::Typeface::Ptr find (const juce::Font& font);
 
 private:

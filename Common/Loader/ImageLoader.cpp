@@ -20,7 +20,7 @@ constexpr std::size_t bitsPerPixelOffset = 48;
 constexpr std::size_t pixelsOffset = 98;
 
 /** Our picture is a PNG; this is kept for those who embed a bitmap.
-    24 or 32 bits a pixel, rows from bottom to top, each padded down to a multiple of 4 bytes as (length + 3) & ~3. */
+    24 or 32 bits a pixel, rows from bottom to top, each padded to a multiple of 4 bytes. */
 juce::Image decodeBitmap (std::span<const std::uint8_t> bytes)
 {
     if (bytes.size() < pixelsOffset || bytes[0] != 'B' || bytes[1] != 'M')

@@ -10,7 +10,8 @@
 namespace wqv
 {
 
-/** The family for a font's full name: that of this name, or one with a style of this name, as "AppleGothic Regular" is "AppleGothic".
+/** The family for a font's full name: that of this name, or one with a style of this name, as "Noto Sans Bold" is
+    "Noto Sans".
     @param stylesOf  names the styles of a family
     @returns an empty text if it is in none of the families */
 [[nodiscard]] juce::String familyOf (const juce::String& fullName,

@@ -81,8 +81,8 @@ bool TextResource::next (std::string& value)
     return false;
 }
 
-/** Cuts off the next line. With both a CR and an LF ahead it ends at the further one, less the byte before that: in a
-    file with CR LF throughout this is each CR LF. A zero byte ends a line too. */
+/** Cuts off the next line. If both a CR and an LF follow, the line ends before the later one, and the byte before that is
+    dropped too: in a file with CR LF throughout, the CR. A zero byte ends a line as well. */
 std::string_view TextResource::nextLine()
 {
     const auto text = rest.substr (0, rest.find ('\0'));

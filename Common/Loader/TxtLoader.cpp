@@ -102,7 +102,7 @@ void TxtLoader::Load (std::uint32_t language, FlgTable section, std::span<juce::
 }
 
 /** Sets which languages are offered, all of them, and finds the one to start with: the first preferred language that
-    begins with a code counts. English, if none does. An identifier of 16 characters or more is none that a code fits. */
+    begins with a code counts. English, if none does. An identifier of 16 characters or more fits no code. */
 std::uint32_t TxtLoader::chkLocale (std::span<const std::string> preferred)
 {
     constexpr std::size_t longestIdentifier = 15;

@@ -38,7 +38,7 @@ public:
     TxtLoader& operator= (const TxtLoader&) = delete;
     virtual ~TxtLoader() = default;
 
-    /** A text of the current language; empty for an id that there is not. */
+    /** A text of the current language; empty for an id that does not exist. */
     [[nodiscard]] const juce::String& getString (std::uint32_t id) const;
     [[nodiscard]] const juce::String& getString (TextId id) const
     {
@@ -48,13 +48,13 @@ public:
     /** The family of typefaces of the current language: the system's, or an embedded one. */
     [[nodiscard]] const juce::String& getFont() const { return getFont (m_locale); }
 
-    /** The same of a language; empty for an index that there is not. */
+    /** The same of a language; empty for an index that does not exist. */
     [[nodiscard]] const juce::String& getFont (std::uint32_t language) const;
 
-    /** A language's name for itself; empty for an index that there is not. */
+    /** A language's name for itself; empty for an index that does not exist. */
     [[nodiscard]] const juce::String& getLang (std::uint32_t language) const;
 
-    /** Whether a language is offered. */
+    /** Whether a language is offered: all are. Kept for those who build on this class. */
     [[nodiscard]] bool isEnabled (std::uint32_t language) const;
 
     /** The index of the current language. */

@@ -67,7 +67,7 @@ const juce::String Application::getApplicationName() // NOLINT (readability-cons
 
 const juce::String Application::getApplicationVersion() // NOLINT (readability-const-return-type): JUCE's
 {
-    return WQV_VERSION;
+    return WQV_PROJECT_VERSION;
 }
 
 bool Application::moreThanOneInstanceAllowed()

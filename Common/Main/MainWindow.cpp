@@ -26,7 +26,8 @@ MainWindow::MainWindow (const juce::String& name,
 
 void MainWindow::appear()
 {
-    // Only now: for the title bar and for being on top JUCE (7.0.5, 8.0.6) would make a window that is there already anew.
+    // Only now: for the title bar and for being on top JUCE (7.0.5, 8.0.6) would close a window that is on the desktop
+    // already and make a new one.
     addToDesktop();
     getPeer()->setIcon (
         juce::ImageFileFormat::loadFrom (wqv_krv20_updater_128_png.data(), wqv_krv20_updater_128_png.size()));

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The sign's shape, colours and character.
+// drawIcon: shape, colours and character.
 
 #include "Icon.h"
 
 #include "JuceVersions.h"
+
+#include <cmath>
 
 namespace wqv
 {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A round or triangular sign, drawn by hand.
+// drawIcon: a warning, information or question sign.
 
 #pragma once
 

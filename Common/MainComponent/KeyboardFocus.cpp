@@ -43,7 +43,7 @@ void KeyboardFocus::focusOfChildComponentChanged()
 
 bool KeyboardFocus::keyPressed (const juce::KeyPress& key)
 {
-    // From a button on, JUCE follows Tab.
+    // Once a button has the keyboard, JUCE follows Tab.
     if (! key.isKeyCode (juce::KeyPress::tabKey) || ! panel.hasKeyboardFocus (false) || ! cancelButton.isVisible())
         return false;
 

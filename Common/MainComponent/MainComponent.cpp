@@ -81,7 +81,9 @@ MainComponent::MainComponent (Updater::Host host, std::span<const std::string> p
     addAndMakeVisible (progressBar);
     progressBar.setLookAndFeel (&progressLookAndFeel);
     progressBar.setColour (juce::ProgressBar::backgroundColourId, juce::Colour (8, 8, 8));
-    progressBar.setColour (juce::ProgressBar::foregroundColourId, juce::Colour (61, 61, 61)); // for other looks
+
+    // Our look does not draw with it: kept for those who build on this class, with another look.
+    progressBar.setColour (juce::ProgressBar::foregroundColourId, juce::Colour (61, 61, 61));
 
     addButton (okButton);
     addButton (cancelButton);

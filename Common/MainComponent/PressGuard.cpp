@@ -26,14 +26,14 @@ bool PressGuard::isMouseDown()
     return juce::ModifierKeys::getCurrentModifiers().isAnyMouseButtonDown();
 }
 
-/** Of the keys that press a button. */
+/** Whether a key that presses a button is down. */
 bool PressGuard::isKeyDown() const
 {
     // JUCE (7.0.5, 8.0.6) reports the Enter of the keypad as Return, but knows by this code whether it is down.
     constexpr int keypadEnter = 0x1000008d;
     const std::array keys { juce::KeyPress::returnKey, keypadEnter, juce::KeyPress::spaceKey };
 
-    // Without a display it crashes.
+    // JUCE (7.0.5, 8.0.6) crashes when it is asked for keys without a display.
     return panel.getPeer() != nullptr && std::ranges::any_of (keys, juce::KeyPress::isKeyCurrentlyDown);
 }
 

@@ -25,7 +25,7 @@ struct ScreenState
 /** Formats by the rules of printf. Arguments beyond the format's own are not looked at.
     @param utf8Format  UTF-8, as are arguments for "%s"
     @returns an empty text if that cannot be done */
-[[nodiscard]] juce::String formatted (const char* utf8Format, ...) __attribute__ ((format (printf, 1, 2)));
+[[nodiscard, gnu::format (printf, 1, 2)]] juce::String formatted (const char* utf8Format, ...);
 
 /** Lays out one screen in the current language. Texts and fonts come from the TxtLoader. Message thread only.
 

@@ -102,8 +102,8 @@ Answer ResponseMailbox::lastReport() const
     return { .signalled = true, .code = static_cast<ResponseCode> (responseBuffer[0]), .value = responseBuffer[1] };
 }
 
-/** Keeps the last report from what is to take its place, if it is an answer that was not taken yet: of several the later one,
-    but for a late 0xF6. */
+/** Sets the last report aside before another takes its place, if it is an answer that no wait has taken. Of two such
+    answers the later one is kept, unless that is a late 0xF6. */
 void ResponseMailbox::keepAnswer()
 {
     const auto answer = lastReport();

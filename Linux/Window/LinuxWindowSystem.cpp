@@ -79,10 +79,10 @@ public:
         return EXIT_FAILURE;
     }
 
-    /** JUCE's lock is a file in a public folder, which any user could hold. */
+    /** JUCE's lock (7.0.5, 8.0.6) is a file in a public folder, which any user could hold. */
     [[nodiscard]] bool leavesInstancesToJuce() const override { return false; }
 
-    /** JUCE would read every font file of the machine. */
+    /** JUCE (7.0.5, 8.0.6) would read every font file of the machine. */
     [[nodiscard]] FlgTable fontSection() const override { return FLG_NONE; }
 
     [[nodiscard]] std::unique_ptr<WindowAttachment> attach (juce::ResizableWindow& window,

@@ -2,6 +2,7 @@
 // The demo: the same window and engine as the program's, and a controller that tells on the console what it goes through.
 
 #include "Application.h"
+#include "Complaint.h"
 #include "ControllerOptions.h"
 #include "JuceVersions.h"
 #include "ReceivedBlocks.h"
@@ -9,7 +10,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <cstdio>
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -54,7 +54,7 @@ public:
         const auto problem = writeReceivedBlocks (controller, options.receivedFolder);
 
         if (! problem.empty())
-            std::cerr << "demo: " << problem << '\n';
+            complain (problem);
 
         return problem.empty();
     }
@@ -82,7 +82,7 @@ juce::JUCEApplicationBase* createApplication()
 int runDemo (int argc, char* argv[])
 {
     CLI::App app ("The firmware updater with a virtual controller: nothing is written to any device.");
-    app.set_version_flag ("--version", WQV_VERSION);
+    app.set_version_flag ("--version", WQV_PROJECT_VERSION);
     ControllerOptions options;
     addControllerOptions (app, options);
 
@@ -94,7 +94,7 @@ int runDemo (int argc, char* argv[])
 
     if (! problem.empty())
     {
-        std::cerr << "demo: " << problem << '\n';
+        complain (problem);
         return 1;
     }
 
@@ -115,7 +115,7 @@ int main (int argc, char* argv[])
     }
     catch (const std::exception& error)
     {
-        std::fprintf (stderr, "demo: %s\n", error.what());
+        wqv::complain (error.what());
         return 1;
     }
 }

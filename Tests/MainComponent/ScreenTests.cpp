@@ -47,7 +47,7 @@ const std::map<std::string_view, Contents> contents {
 
 TEST (Screens, textsControlsAndPicture)
 {
-    MessageLoop keepsTheToolkit;
+    MessageLoop keepsJuce;
     std::vector<PanelScreen> screens (std::begin (panelScreens), std::end (panelScreens));
 
     // The first screen does not tell that the package is bad.

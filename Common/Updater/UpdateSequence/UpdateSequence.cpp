@@ -49,7 +49,7 @@ int UpdateSequence::sendUpdateMode()
 
         if (answer.value != static_cast<std::uint8_t> (ModeStatus::notYet))
         {
-            answer.signalled = true; // a refusal is one, even if it came before the wait
+            answer.signalled = true; // a refusal is an answer, even if it came before the wait
             break;
         }
     }
@@ -139,7 +139,7 @@ bool UpdateSequence::pollUntilFinished()
     return fail ({ .request = RequestCode::finish, .expected = ResponseCode::updateFinished });
 }
 
-/** Tells the controller that the update is over if the last request was about a block: only a stop ends there. */
+/** Tells the controller that the update is over if the last request was about a block: only a stopped update ends there. */
 void UpdateSequence::sayFarewell()
 {
     const auto inBlock = lastRequest == RequestCode::blockHeader || lastRequest == RequestCode::blockData;

@@ -15,8 +15,8 @@ namespace wqv
     JUCE (7.0.5, 8.0.6) paints in frames. Where no display drives them, they are a timer's, for each window, at the display's
     frequency, or at 100 Hz where the display does not tell it, which never stops. Each frame wakes two threads five times, and
     an idle window so woke 500 times a second. The timer has no switch, so JUCE is told a low frequency. What remains of it lets
-    go of the memory that the last painting took, after three seconds; no picture waits for it. Where the display drives
-    them, nothing would be painted while it does not, as that of an emulated or a distant machine.
+    go of the memory that the last painting took, after three seconds; no picture waits for it. Where the display drives the
+    frames and sends none, as an emulated or a distant one may, nothing would be painted.
 
     One object at a time, message thread only. It covers all windows of the process: those that appear later, as menus do, from
     the next call of paint() on.

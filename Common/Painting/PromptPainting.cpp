@@ -23,8 +23,8 @@ void makeFramesRare()
 
 } // namespace
 
-/** JUCE tells it of every repaint() in the component and below it. It is asked for a picture only if the component is in another
-    one, and has none. */
+/** JUCE tells it of every repaint() in the window. JUCE asks it for a picture only of a component inside another, which a
+    window is not. */
 class PromptPainting::Watch final : public juce::CachedComponentImage
 {
 public:

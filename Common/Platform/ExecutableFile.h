@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The file of the running program.
+// The file of the running program, which each system finds in its own way.
 
 #pragma once
 
