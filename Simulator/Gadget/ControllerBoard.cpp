@@ -3,10 +3,11 @@
 
 #include "ControllerBoard.h"
 
+#include "Console.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <iostream>
 #include <poll.h>
 #include <system_error>
 #include <unistd.h>
@@ -108,7 +109,7 @@ void ControllerBoard::obey (std::string_view command)
         happen ({ .kind = command == "plug" ? Event::Kind::plugIn : Event::Kind::unplug });
     }
     else
-        std::cerr << "wqv-controller: plug, unplug or quit, not \"" << command << "\"\n";
+        print (STDERR_FILENO, "plug, unplug or quit, not \"" + std::string (command) + '"');
 }
 
 void ControllerBoard::readReport (const HidgNode& node)

@@ -2,6 +2,7 @@
 // wqv-controller: a virtual WQV-KRV20 on a USB device port of this machine.
 
 #include "BoardOptions.h"
+#include "Console.h"
 #include "ControllerBoard.h"
 #include "ControllerReport.h"
 #include "ReceivedBlocks.h"
@@ -11,8 +12,8 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
-#include <iostream>
 #include <sys/signalfd.h>
+#include <unistd.h>
 
 namespace wqv
 {
@@ -49,7 +50,7 @@ std::string serve (const BoardOptions& options, SimulatedController& controller)
     if (auto problem = gadget.create(); ! problem.empty())
         return problem;
 
-    std::cout << "wqv-controller: a virtual WQV-KRV20 on the port " << port.name() << '\n';
+    print (STDOUT_FILENO, "a virtual WQV-KRV20 on the port " + port.name());
     ControllerBoard board (gadget, controller, options.gadget.reportLengths.size(), options.controllerInterface);
     return board.run (signals, options.controller.isAbsent);
 }
@@ -69,16 +70,15 @@ int runController (int argc, const char* const* argv)
         [&report] (const std::string& line)
         {
             report.addStep (line);
-            std::cout << "wqv-controller: " << line << '\n';
+            print (STDOUT_FILENO, line);
         });
-    std::cout << std::unitbuf; // each line at once, for who follows it
 
     const auto say = [&exitStatus] (const std::string& problem)
     {
         if (problem.empty())
             return;
 
-        std::cerr << "wqv-controller: " << problem << '\n';
+        print (STDERR_FILENO, problem);
         exitStatus = 1;
     };
 
