@@ -124,13 +124,13 @@ void ControllerBoard::readReport (const HidgNode& node)
         return;
     }
 
-    auto [isTaken, newEvents] = controller.receive (*report);
+    auto reaction = controller.receive (*report);
     const auto now = Clock::now();
 
     // The kernel takes a few more in its place, and then the host's writes wait.
-    takesReports = isTaken;
+    takesReports = reaction.takesMore;
 
-    for (auto& event : newEvents)
+    for (auto& event : reaction.events)
         events.emplace (now + event.delay, std::move (event));
 }
 

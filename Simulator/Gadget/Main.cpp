@@ -66,12 +66,6 @@ int runController (int argc, const char* const* argv)
     ControllerReport report;
     auto controller = makeController (options->controller);
     controller.leaveBusToRestart();
-    controller.setLog (
-        [&report] (const std::string& line)
-        {
-            report.addStep (line);
-            print (STDOUT_FILENO, line);
-        });
 
     const auto say = [&exitStatus] (const std::string& problem)
     {
@@ -84,10 +78,18 @@ int runController (int argc, const char* const* argv)
 
     std::string problem;
     const auto recorded = makeRecordedController (options->controller, problem);
-    say (problem);
+    auto& chosen = recorded != nullptr ? static_cast<SimulatedController&> (*recorded) : controller;
+    chosen.setLog (
+        [&report] (const std::string& line)
+        {
+            report.addStep (line);
+            print (STDOUT_FILENO, line);
+        });
 
-    if (problem.empty())
-        say (serve (*options, recorded != nullptr ? static_cast<SimulatedController&> (*recorded) : controller));
+    say (problem.empty() ? serve (*options, chosen) : problem);
+
+    if (recorded != nullptr)
+        say (recorded->firstDifference());
 
     say (writeReceivedBlocks (controller, options->controller.receivedFolder));
 
