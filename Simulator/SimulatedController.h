@@ -5,7 +5,10 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <span>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace wqv
@@ -31,11 +34,17 @@ public:
         std::vector<std::uint8_t> report {};
         bool isFinalAnswer = false;      ///< nothing more is owed for the request
         bool startsInUpdateMode = false; ///< of plugIn
+        std::int32_t version = 0;        ///< of plugIn, in BCD: the firmware that it comes with; 0: the same as before
     };
 
     struct Reaction
     {
-        bool isTaken = true; ///< false: the controller takes no reports now
+        bool isTaken = true;   ///< false: the host's system gives the report up
+        bool takesMore = true; ///< false: nor does the controller take others until it is plugged in again
+
+        /** After this time the system gives a report up that is not taken; at once when the controller goes away. */
+        std::chrono::milliseconds writeLimit { 5000 };
+
         std::vector<Event> events {};
     };
 
@@ -43,6 +52,9 @@ public:
     SimulatedController (const SimulatedController&) = delete;
     SimulatedController& operator= (const SimulatedController&) = delete;
     virtual ~SimulatedController() = default;
+
+    /** Hears of each step, as a line of text for people; called inside the operations below. */
+    void setLog (std::function<void (const std::string&)> logToUse) { log = std::move (logToUse); }
 
     /** Takes one output report. */
     [[nodiscard]] virtual Reaction receive (std::span<const std::uint8_t> report) = 0;
@@ -52,6 +64,16 @@ public:
 
     /** The firmware version, in BCD as in a device descriptor. */
     [[nodiscard]] virtual std::int32_t versionNumber() const = 0;
+
+protected:
+    void note (const std::string& line) const
+    {
+        if (log)
+            log (line);
+    }
+
+private:
+    std::function<void (const std::string&)> log;
 };
 
 } // namespace wqv

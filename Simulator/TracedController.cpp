@@ -3,6 +3,8 @@
 
 #include "TracedController.h"
 
+#include "FirmwareVersion.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -13,18 +15,13 @@ using Line = TraceLine::Kind;
 
 TracedController::TracedController (std::vector<TraceLine> traceToPlay) : trace (std::move (traceToPlay))
 {
-    const auto first = std::ranges::find_if (
-        trace, [this] (const auto& line) { return line.kind == Line::attached && isOpened (line.device.id); });
-
-    if (first != trace.end())
-        version = first->device.versionNumber;
+    for (; position < trace.size() && trace[position].kind != Line::sent; ++position)
+        if (const auto event = play (trace[position]))
+            happens (*event);
 }
 
 TracedController::Reaction TracedController::receive (std::span<const std::uint8_t> report)
 {
-    while (position < trace.size() && trace[position].kind != Line::sent)
-        ++position;
-
     ++requests;
 
     if (differentRequest == 0 && (position == trace.size() || ! std::ranges::equal (report, trace[position].bytes)))
@@ -41,28 +38,81 @@ TracedController::Reaction TracedController::receive (std::span<const std::uint8
         const auto& line = trace[position];
         const auto delay = std::chrono::floor<std::chrono::milliseconds> (line.time - begin);
 
-        // What happens to other devices is none of the controller's business.
         if (line.kind == Line::notTaken)
+        {
             reaction.isTaken = false;
-        else if (line.kind == Line::received)
-            reaction.events.push_back ({ .delay = delay, .report = line.bytes });
-        else if (line.kind == Line::removed && isOpened (line.device.id))
-            reaction.events.push_back ({ .kind = Event::Kind::unplug, .delay = delay });
-        else if (line.kind == Line::attached && isOpened (line.device.id))
-            reaction.events.push_back ({ .kind = Event::Kind::plugIn, .delay = delay });
+            reaction.writeLimit = delay;
+        }
+        else if (auto event = play (line))
+        {
+            const auto isBack = ! reaction.events.empty() && reaction.events.back().kind == Event::Kind::plugIn;
+            event->delay = delay;
+
+            // Who has come back is another device for the host, and says nothing before the next request. If it left
+            // again by then, it stays away all the time.
+            if (! isBack)
+                reaction.events.push_back (std::move (*event));
+            else if (event->kind == Event::Kind::unplug)
+                reaction.events.pop_back();
+        }
     }
 
     return reaction;
 }
 
-/** Whether the updater took a device for the controller. */
-bool TracedController::isOpened (HidDeviceId device) const
+void TracedController::happens (const Event& event)
 {
-    return std::ranges::any_of (trace,
-                                [device] (const auto& line) {
-                                    return line.kind == Line::opened && line.device.id == device
-                                           && line.result == HidService::OpenResult::ok;
-                                });
+    if (event.kind == Event::Kind::report)
+        return;
+
+    if (event.version != 0)
+        version = event.version;
+
+    note (event.kind == Event::Kind::unplug
+              ? "controller unplugged"
+              : "controller plugged in, firmware version " + firmwareVersionText (version));
+}
+
+std::string TracedController::firstDifference() const
+{
+    return differentRequest == 0 ? "" : "request " + std::to_string (differentRequest) + " is not the recorded one";
+}
+
+/** What a line means for the host, if anything. What other devices do is none of the controller's business: it is the
+    device that the updater opened last, and once that has gone, the one that it opens next. */
+std::optional<TracedController::Event> TracedController::play (const TraceLine& line)
+{
+    const auto id = line.device.id;
+
+    if (line.kind == Line::received)
+        return Event { .report = line.bytes };
+
+    if (line.kind == Line::opened && line.result == HidService::OpenResult::ok)
+        held = id;
+
+    if (line.kind == Line::removed && id == held)
+    {
+        held = 0;
+        return Event { .kind = Event::Kind::unplug };
+    }
+
+    if (line.kind == Line::attached && held == 0 && isOpenedNext (id))
+    {
+        held = id;
+        return Event { .kind = Event::Kind::plugIn, .version = line.device.versionNumber };
+    }
+
+    return {};
+}
+
+/** Whether the next device that the updater takes is this one. */
+bool TracedController::isOpenedNext (HidDeviceId device) const
+{
+    const auto next = std::find_if (trace.begin() + static_cast<std::ptrdiff_t> (position),
+                                    trace.end(),
+                                    [] (const auto& line)
+                                    { return line.kind == Line::opened && line.result == HidService::OpenResult::ok; });
+    return next != trace.end() && next->device.id == device;
 }
 
 } // namespace wqv

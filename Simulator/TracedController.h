@@ -7,6 +7,7 @@
 #include "Trace.h"
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,19 +22,21 @@ public:
     explicit TracedController (std::vector<TraceLine> traceToPlay);
 
     [[nodiscard]] Reaction receive (std::span<const std::uint8_t> report) override;
-    void happens (const Event& /*event*/) override {}
+    void happens (const Event& event) override;
 
-    /** As the controller had it that was opened first. */
+    /** That of the device that the first request went to; then that of each one that was plugged in. */
     [[nodiscard]] std::int32_t versionNumber() const override { return version; }
 
-    /** The first request that was not the recorded one, counted from 1; 0 if there was none. */
-    [[nodiscard]] std::size_t firstDifference() const { return differentRequest; }
+    /** Which request was the first that was not the recorded one, for people; empty if there was none. */
+    [[nodiscard]] std::string firstDifference() const;
 
 private:
-    [[nodiscard]] bool isOpened (HidDeviceId device) const;
+    [[nodiscard]] std::optional<Event> play (const TraceLine& line);
+    [[nodiscard]] bool isOpenedNext (HidDeviceId device) const;
 
     const std::vector<TraceLine> trace;
-    std::size_t position = 0; ///< the next line
+    std::size_t position = 0; ///< the next line; between two requests it is the next request
+    HidDeviceId held = 0;     ///< the device that stands for the controller at that line; 0 for none
     std::size_t requests = 0;
     std::size_t differentRequest = 0;
     std::int32_t version = 0;

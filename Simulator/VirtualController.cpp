@@ -55,7 +55,7 @@ VirtualController::Reaction VirtualController::receive (std::span<const std::uin
     if (std::ranges::any_of (faults,
                              [this] (const Fault& fault)
                              { return fault.kind == Fault::Kind::hold && fault.concerns (requests); }))
-        return { .isTaken = false };
+        return { .isTaken = false, .takesMore = false };
 
     if (report.size() != requestSize)
     {
@@ -375,12 +375,6 @@ void VirtualController::expect (bool condition, const std::string& error)
 void VirtualController::expectZeros (std::span<const std::uint8_t> bytes, const std::string& where)
 {
     expect (std::ranges::all_of (bytes, [] (auto byte) { return byte == 0; }), "bytes that are not zero in " + where);
-}
-
-void VirtualController::note (const std::string& line) const
-{
-    if (log)
-        log (line);
 }
 
 } // namespace wqv

@@ -10,7 +10,6 @@
 
 #include <chrono>
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <span>
 #include <string>
@@ -42,9 +41,6 @@ public:
     explicit VirtualController (FaultScript script = {},
                                 ControllerPace paceToKeep = {},
                                 std::int32_t firmwareVersion = 0x0100);
-
-    /** Hears of each step of an update, as a line of text for people; called inside the operations below. */
-    void setLog (std::function<void (const std::string&)> logToUse) { log = std::move (logToUse); }
 
     /** Makes it leave the bus for each restart, into update mode and out of it; otherwise it stays there. */
     void leaveBusToRestart() { leavesBus = true; }
@@ -105,11 +101,9 @@ private:
     [[nodiscard]] bool isWhole() const;
     void expect (bool condition, const std::string& error);
     void expectZeros (std::span<const std::uint8_t> bytes, const std::string& where);
-    void note (const std::string& line) const;
 
     FaultScript faults;
     ControllerPace pace;
-    std::function<void (const std::string&)> log;
     std::vector<std::string> errors;
     std::size_t requests = 0;
 

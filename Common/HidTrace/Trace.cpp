@@ -19,8 +19,6 @@ namespace
 using Kind = TraceLine::Kind;
 using OpenResult = HidService::OpenResult;
 
-constexpr std::string_view firstLine = "# wqv-trace 1";
-
 constexpr std::array<std::pair<std::string_view, Kind>, 6> kinds { { { "attached", Kind::attached },
                                                                      { "removed", Kind::removed },
                                                                      { "opened", Kind::opened },
@@ -191,14 +189,18 @@ std::vector<TraceLine> readTrace (std::istream& stream, std::size_t& badLine)
     std::string text;
     badLine = 0;
 
-    for (std::size_t number = 1; std::getline (stream, text); ++number)
+    // A file without a line has a wrong first one.
+    for (std::size_t number = 1; std::getline (stream, text) || number == 1; ++number)
     {
-        if (text.empty() || text.front() == '#')
+        if (text.ends_with ('\r'))
+            text.pop_back();
+
+        if (number == 1 ? text == traceFirstLine : text.empty() || text.front() == '#')
             continue;
 
         auto line = parseTraceLine (text);
 
-        if (! line)
+        if (number == 1 || ! line)
         {
             badLine = number;
             break;
@@ -212,7 +214,7 @@ std::vector<TraceLine> readTrace (std::istream& stream, std::size_t& badLine)
 
 TraceWriter::TraceWriter (std::ostream& streamToUse) : stream (streamToUse)
 {
-    stream << firstLine << '\n' << std::flush;
+    stream << traceFirstLine << '\n' << std::flush;
 }
 
 void TraceWriter::write (TraceLine line)

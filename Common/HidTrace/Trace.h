@@ -37,14 +37,17 @@ struct TraceLine
     std::vector<std::uint8_t> bytes {};
 };
 
+/** What a trace begins with: a comment, with the version of the format. */
+inline constexpr std::string_view traceFirstLine = "# wqv-trace 1";
+
 /** A line without its end. */
 [[nodiscard]] std::string formatTraceLine (const TraceLine& line);
 
 /** Reads a line without its end; nothing for one that is no such line. */
 [[nodiscard]] std::optional<TraceLine> parseTraceLine (std::string_view text);
 
-/** Reads a whole trace; empty lines and comments are passed over.
-    @param badLine  the number of the first line that makes no sense, counted from 1; 0 for none
+/** Reads a whole trace, with line ends of any system; empty lines and comments are passed over.
+    @param badLine  the number of the first line that makes no sense, counted from 1, be it missing; 0 for none
     @returns the lines before that one */
 [[nodiscard]] std::vector<TraceLine> readTrace (std::istream& stream, std::size_t& badLine);
 

@@ -30,7 +30,7 @@ public:
           recorded (std::move (recordedToUse))
     {
         std::cout << std::unitbuf; // each line at once, for who follows it
-        controller.setLog ([] (const std::string& line) { std::cout << "demo: " << line << '\n'; });
+        chosen().setLog ([] (const std::string& line) { std::cout << "demo: " << line << '\n'; });
         std::cout << "demo: a virtual WQV-KRV20; nothing is written to any device\n";
     }
 
@@ -40,18 +40,18 @@ public:
 
         if (! options.isAbsent)
         {
-            auto& chosen = recorded != nullptr ? static_cast<SimulatedController&> (*recorded) : controller;
-            chosen.happens ({ .kind = SimulatedController::Event::Kind::plugIn });
-            service->plugIn (&chosen);
+            chosen().happens ({ .kind = SimulatedController::Event::Kind::plugIn });
+            service->plugIn (&chosen());
         }
 
         return service;
     }
 
-    /** @returns whether all was written that was asked for */
-    [[nodiscard]] bool writeBlocks() const
+    /** Ends it. @returns whether all was written that was asked for, or each request was the recorded one */
+    [[nodiscard]] bool end() const
     {
-        const auto problem = writeReceivedBlocks (controller, options.receivedFolder);
+        const auto problem = recorded != nullptr ? recorded->firstDifference()
+                                                 : writeReceivedBlocks (controller, options.receivedFolder);
 
         if (! problem.empty())
             complain (problem);
@@ -60,6 +60,11 @@ public:
     }
 
 private:
+    [[nodiscard]] SimulatedController& chosen()
+    {
+        return recorded != nullptr ? static_cast<SimulatedController&> (*recorded) : controller;
+    }
+
     const ControllerOptions options;
     VirtualController controller;
     const std::unique_ptr<TracedController> recorded;
@@ -101,7 +106,7 @@ int runDemo (int argc, char* argv[])
     theDemo() = std::make_unique<Demo> (std::move (options), std::move (recorded));
     const auto status = runApplication (&createApplication, argc, argv);
 
-    return theDemo()->writeBlocks() ? status : 1;
+    return theDemo()->end() ? status : 1;
 }
 
 } // namespace

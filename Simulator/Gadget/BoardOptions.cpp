@@ -8,6 +8,10 @@
 
 #include <CLI/CLI.hpp>
 
+#include <fstream>
+#include <system_error>
+#include <unistd.h>
+
 namespace wqv
 {
 
@@ -34,7 +38,18 @@ std::optional<BoardOptions> readBoardOptions (int argc, const char* const* argv,
                     "Gives it another HID interface, before or after the right one, with reports of 8 bytes")
         ->check (CLI::IsMember ({ "before", "after" }));
     app.add_option ("--report", options.reportFile, "At exit, write into this JSON file how the conversation went")
-        ->excludes (app.get_option ("--replay"));
+        ->excludes (app.get_option ("--replay"))
+        ->check ([] (const std::string& file)
+                 { return std::ofstream (file, std::ios::app) ? "" : "cannot write " + file; });
+    app.get_option ("--received")
+        ->check (
+            [] (const std::string& folder)
+            {
+                std::error_code error;
+                std::filesystem::create_directories (folder, error);
+                const auto isWritable = ! error && access (folder.c_str(), W_OK | X_OK) == 0;
+                return isWritable ? "" : "cannot write into " + folder;
+            });
 
     if (const auto status = parseCommandLine (app, argc, argv))
     {

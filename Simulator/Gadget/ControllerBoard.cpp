@@ -3,10 +3,11 @@
 
 #include "ControllerBoard.h"
 
+#include "Console.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <iostream>
 #include <poll.h>
 #include <system_error>
 #include <unistd.h>
@@ -108,7 +109,7 @@ void ControllerBoard::obey (std::string_view command)
         happen ({ .kind = command == "plug" ? Event::Kind::plugIn : Event::Kind::unplug });
     }
     else
-        std::cerr << "wqv-controller: plug, unplug or quit, not \"" << command << "\"\n";
+        print (STDERR_FILENO, "plug, unplug or quit, not \"" + std::string (command) + '"');
 }
 
 void ControllerBoard::readReport (const HidgNode& node)
@@ -123,13 +124,13 @@ void ControllerBoard::readReport (const HidgNode& node)
         return;
     }
 
-    auto [isTaken, newEvents] = controller.receive (*report);
+    auto reaction = controller.receive (*report);
     const auto now = Clock::now();
 
     // The kernel takes a few more in its place, and then the host's writes wait.
-    takesReports = isTaken;
+    takesReports = reaction.takesMore;
 
-    for (auto& event : newEvents)
+    for (auto& event : reaction.events)
         events.emplace (now + event.delay, std::move (event));
 }
 

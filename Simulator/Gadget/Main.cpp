@@ -2,6 +2,7 @@
 // wqv-controller: a virtual WQV-KRV20 on a USB device port of this machine.
 
 #include "BoardOptions.h"
+#include "Console.h"
 #include "ControllerBoard.h"
 #include "ControllerReport.h"
 #include "ReceivedBlocks.h"
@@ -11,8 +12,8 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
-#include <iostream>
 #include <sys/signalfd.h>
+#include <unistd.h>
 
 namespace wqv
 {
@@ -49,7 +50,7 @@ std::string serve (const BoardOptions& options, SimulatedController& controller)
     if (auto problem = gadget.create(); ! problem.empty())
         return problem;
 
-    std::cout << "wqv-controller: a virtual WQV-KRV20 on the port " << port.name() << '\n';
+    print (STDOUT_FILENO, "a virtual WQV-KRV20 on the port " + port.name());
     ControllerBoard board (gadget, controller, options.gadget.reportLengths.size(), options.controllerInterface);
     return board.run (signals, options.controller.isAbsent);
 }
@@ -65,29 +66,30 @@ int runController (int argc, const char* const* argv)
     ControllerReport report;
     auto controller = makeController (options->controller);
     controller.leaveBusToRestart();
-    controller.setLog (
-        [&report] (const std::string& line)
-        {
-            report.addStep (line);
-            std::cout << "wqv-controller: " << line << '\n';
-        });
-    std::cout << std::unitbuf; // each line at once, for who follows it
 
     const auto say = [&exitStatus] (const std::string& problem)
     {
         if (problem.empty())
             return;
 
-        std::cerr << "wqv-controller: " << problem << '\n';
+        print (STDERR_FILENO, problem);
         exitStatus = 1;
     };
 
     std::string problem;
     const auto recorded = makeRecordedController (options->controller, problem);
-    say (problem);
+    auto& chosen = recorded != nullptr ? static_cast<SimulatedController&> (*recorded) : controller;
+    chosen.setLog (
+        [&report] (const std::string& line)
+        {
+            report.addStep (line);
+            print (STDOUT_FILENO, line);
+        });
 
-    if (problem.empty())
-        say (serve (*options, recorded != nullptr ? static_cast<SimulatedController&> (*recorded) : controller));
+    say (problem.empty() ? serve (*options, chosen) : problem);
+
+    if (recorded != nullptr)
+        say (recorded->firstDifference());
 
     say (writeReceivedBlocks (controller, options->controller.receivedFolder));
 

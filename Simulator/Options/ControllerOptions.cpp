@@ -100,7 +100,9 @@ std::unique_ptr<TracedController> makeRecordedController (const ControllerOption
     std::size_t badLine = 0;
     auto controller = std::make_unique<TracedController> (readTrace (file, badLine));
 
-    if (badLine != 0)
+    if (badLine == 1)
+        problem = options.replayedTrace.string() + ": its first line is not \"" + std::string (traceFirstLine) + '"';
+    else if (badLine != 0)
         problem = options.replayedTrace.string() + ": line " + std::to_string (badLine) + " is none of a trace";
 
     return controller;

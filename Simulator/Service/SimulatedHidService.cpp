@@ -12,13 +12,6 @@
 
 namespace wqv
 {
-namespace
-{
-
-/** After this time a system gives up a write that a device does not take. */
-constexpr std::chrono::seconds writeLimit { 5 };
-
-} // namespace
 
 class SimulatedHidService::Connection final : public HidConnection
 {
@@ -144,17 +137,10 @@ bool SimulatedHidService::send (HidDeviceId device, std::span<const std::uint8_t
     if (slot == slots.end() || slot->second.controller == nullptr)
         return false;
 
-    auto [isTaken, newEvents] = slot->second.controller->receive (report);
-
-    if (! isTaken)
-    {
-        unplugged.wait_for (guard, writeLimit, [&] { return ! slots.contains (device); });
-        return false;
-    }
-
+    const auto reaction = slot->second.controller->receive (report);
     const auto now = Clock::now();
 
-    for (const auto& event : newEvents)
+    for (const auto& event : reaction.events)
         events.emplace (now + event.delay,
                         PendingEvent { .device = device,
                                        .description = slot->second.device,
@@ -162,7 +148,11 @@ bool SimulatedHidService::send (HidDeviceId device, std::span<const std::uint8_t
                                        .event = event });
 
     triggerAsyncUpdate();
-    return true;
+
+    if (! reaction.isTaken)
+        unplugged.wait_for (guard, reaction.writeLimit, [&] { return ! slots.contains (device); });
+
+    return reaction.isTaken;
 }
 
 /** Plays what is due. Of the rest, the first sets the timer. */
