@@ -9,8 +9,8 @@
 namespace wqv
 {
 
-/** Turns SIGTERM, SIGHUP and SIGINT into a call on the message thread, and has SIGPIPE ignored for good. One object at a
-    time, made and deleted there, while the message loop exists. */
+/** Turns SIGTERM, SIGHUP and SIGINT into a call on the message thread. One object at a time, made and deleted there, while
+    the message loop exists. */
 class TerminationSignals
 {
 public:

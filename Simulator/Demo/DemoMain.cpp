@@ -6,6 +6,7 @@
 #include "JuceVersions.h"
 #include "ReceivedBlocks.h"
 #include "SimulatedHidService.h"
+#include "StandardStreams.h"
 
 #include <CLI/CLI.hpp>
 
@@ -109,6 +110,8 @@ int runDemo (int argc, char* argv[])
 
 int main (int argc, char* argv[])
 {
+    wqv::openStandardStreams();
+
     try
     {
         return wqv::runDemo (argc, argv);

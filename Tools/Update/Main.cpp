@@ -7,6 +7,7 @@
 #include "Output.h"
 #include "Platform.h"
 #include "Session.h"
+#include "StandardStreams.h"
 #include "TracedHidService.h"
 
 #include <juce_events/juce_events.h>
@@ -160,6 +161,8 @@ int runWith (Options options)
 
 int main (int argumentCount, char** arguments)
 {
+    wqv::openStandardStreams();
+
     // Several threads use the streams: none is to wait for, or flush, what belongs to another.
     std::ios::sync_with_stdio (false);
     std::cin.tie (nullptr);
