@@ -82,15 +82,18 @@ ExitStatus update (const Options& options, const Platform& platform, DeviceRoste
 class Recording
 {
 public:
-    /** A file that is the package is not written to. */
+    /** The package is not written to, nor what is no plain file: a pipe or a terminal that nobody reads would hold up the
+        update. */
     Recording (const Options& optionsToUse, HidService& serviceToUse) : options (optionsToUse), service (serviceToUse)
     {
         if (options.trace.empty())
             return;
 
         std::error_code ignored;
+        const auto there = std::filesystem::status (options.trace, ignored);
 
-        if (std::filesystem::equivalent (options.trace, options.package, ignored))
+        if ((std::filesystem::exists (there) && ! std::filesystem::is_regular_file (there))
+            || std::filesystem::equivalent (options.trace, options.package, ignored))
             file.setstate (std::ios::failbit);
         else
             file.open (options.trace, std::ios::binary);
