@@ -201,7 +201,8 @@ void Session::conclude (Outcome outcome)
         return;
     }
 
-    roster.keepBack (isComplete ? binaryCodedDecimal (updater->packageVersion()) : 0);
+    roster.keepBack (outcome.failure && outcome.failure->cause == UpdateFailure::Cause::interrupted,
+                     isComplete ? binaryCodedDecimal (updater->packageVersion()) : 0);
     takeNext();
 }
 
