@@ -129,7 +129,7 @@ void Session::missController()
     }
     else if (! std::exchange (isMissed, true))
     {
-        reporter.waiting();
+        reporter.waiting (reasonForNone (roster.entries()));
     }
 }
 
