@@ -8,6 +8,8 @@
 #include "SleepInhibitor.h"
 #include "TerminationSignals.h"
 
+#include <csignal>
+#include <tuple>
 #include <unistd.h>
 #include <utility>
 
@@ -19,6 +21,8 @@ namespace
 class LinuxPlatform final : public Platform
 {
 public:
+    LinuxPlatform() { std::ignore = std::signal (SIGPIPE, SIG_IGN); }
+
     [[nodiscard]] std::filesystem::path executableFile() const override { return getExecutableFile(); }
     [[nodiscard]] std::vector<std::string> preferredLanguages() const override { return wqv::preferredLanguages(); }
 

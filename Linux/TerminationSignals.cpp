@@ -9,7 +9,6 @@
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
-#include <tuple>
 #include <unistd.h>
 #include <utility>
 
@@ -60,9 +59,6 @@ TerminationSignals::TerminationSignals (std::function<void()> onSignal)
                                               });
     writeEnd = pipeEnds[1];
     setHandler (handleSignal);
-
-    // A reader of our output who goes away would otherwise end the process in the middle of an update.
-    std::ignore = std::signal (SIGPIPE, SIG_IGN);
 }
 
 TerminationSignals::~TerminationSignals()

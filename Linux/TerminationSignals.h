@@ -9,8 +9,8 @@
 namespace wqv
 {
 
-/** Turns SIGTERM, SIGHUP and SIGINT into a call on the message thread, and has SIGPIPE ignored for good. One object at a
-    time, made and deleted there, while the message loop exists. JUCE (7.0.5, 8.0.6) handles SIGINT alone. */
+/** Turns SIGTERM, SIGHUP and SIGINT into a call on the message thread. One object at a time, made and deleted there, while
+    the message loop exists. JUCE (7.0.5, 8.0.6) handles SIGINT alone. */
 class TerminationSignals
 {
 public:

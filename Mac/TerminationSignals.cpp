@@ -37,9 +37,6 @@ TerminationSignals::TerminationSignals (std::function<void()> onSignal) : callba
             sources[i], [] (void* context) { static_cast<TerminationSignals*> (context)->callback(); });
         dispatch_resume (sources[i]);
     }
-
-    // A reader of our output who goes away would otherwise end the process in the middle of an update.
-    std::signal (SIGPIPE, SIG_IGN);
 }
 
 TerminationSignals::~TerminationSignals()

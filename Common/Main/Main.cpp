@@ -4,6 +4,7 @@
 #include "Application.h"
 #include "HidService.h"
 #include "JuceVersions.h"
+#include "StandardStreams.h"
 
 namespace
 {
@@ -26,6 +27,8 @@ juce::JUCEApplicationBase* createApplication()
 
 int main (int argc, char* argv[])
 {
+    wqv::openStandardStreams();
+
     if (const auto exitStatus = theWindowSystem().yieldToOtherInstance())
         return *exitStatus;
 

@@ -49,12 +49,12 @@ public:
     [[nodiscard]] virtual std::shared_ptr<void> keepAwake (const std::string& who, const std::string& why) const = 0;
 
     /** Calls back whenever the system asks the program to end, while what is returned lives; after that the end is under
-        way, and such requests are ignored. From the first call on, a reader of our output who goes away does not end
-        the process. One at a time. */
+        way, and such requests are ignored. One at a time. */
     [[nodiscard]] virtual std::shared_ptr<void> onEndRequest (std::function<void()> callback) const = 0;
 };
 
-/** The system that the program was linked for. */
+/** The system that the program was linked for. From here on a reader of our output who goes away does not end the process, which
+    may be in the middle of an update. */
 [[nodiscard]] std::unique_ptr<Platform> makePlatform();
 
 } // namespace wqv

@@ -27,10 +27,10 @@ void UpdateWorker::run()
     context.post (UPDATER_STATUS_UPDATING);
 
     UpdateSequence sequence (*this, context.upd_info, context.fw_info);
-    const auto isComplete = sequence.run();
+    hasCompleted = sequence.run();
 
     whatFailed = sequence.failure();
-    context.post (isComplete ? UPDATER_STATUS_COMPLETE : UPDATER_STATUS_ERROR);
+    context.post (hasCompleted ? UPDATER_STATUS_COMPLETE : UPDATER_STATUS_ERROR);
 }
 
 bool UpdateWorker::send (const Request& request)

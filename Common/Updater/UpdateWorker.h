@@ -48,7 +48,10 @@ public:
     /** Posts "updating", runs the update, posts its outcome. */
     void run() override;
 
-    /** Why the update failed. Any thread, once it has seen the outcome that was posted. */
+    /** Whether the update is complete. Any thread, once it has seen the outcome that was posted, or stopped the worker. */
+    [[nodiscard]] bool isComplete() const { return hasCompleted; }
+
+    /** Why the update failed. As isComplete(). */
     [[nodiscard]] const UpdateFailure& failure() const { return whatFailed; }
 
 private:
@@ -59,6 +62,7 @@ private:
     bool stopRequested() const override;
 
     Context context;
+    bool hasCompleted = false;
     UpdateFailure whatFailed;
 };
 

@@ -75,6 +75,11 @@ std::int32_t Updater::packageVersion() const
     return engine->upd_info.version;
 }
 
+bool Updater::isComplete() const
+{
+    return engine->worker.isComplete();
+}
+
 const UpdateFailure& Updater::failure() const
 {
     return engine->worker.failure();

@@ -78,6 +78,10 @@ public:
     /** How far the update is, 0.0 to 1.0, by the controller's own figure; not clamped. */
     [[nodiscard]] double progress() const { return progressOfUpdate; }
 
+    /** Whether the update is complete, in UPDATER_STATUS_COMPLETE or after abandon(), which may come when the controller has
+        finished and the status does not show it yet. */
+    [[nodiscard]] bool isComplete() const;
+
     /** Why the update failed, in UPDATER_STATUS_ERROR; no cause if it could not be started, or was left at its very
         end. The window does not show it. */
     [[nodiscard]] const UpdateFailure& failure() const;

@@ -7,6 +7,7 @@
 #include "JuceVersions.h"
 #include "ReceivedBlocks.h"
 #include "SimulatedHidService.h"
+#include "StandardStreams.h"
 
 #include <CLI/CLI.hpp>
 
@@ -114,6 +115,8 @@ int runDemo (int argc, char* argv[])
 
 int main (int argc, char* argv[])
 {
+    wqv::openStandardStreams();
+
     try
     {
         return wqv::runDemo (argc, argv);

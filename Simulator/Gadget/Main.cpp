@@ -6,6 +6,7 @@
 #include "ControllerBoard.h"
 #include "ControllerReport.h"
 #include "ReceivedBlocks.h"
+#include "StandardStreams.h"
 #include "UsbGadget.h"
 #include "UsbPort.h"
 
@@ -104,6 +105,8 @@ int runController (int argc, const char* const* argv)
 
 int main (int argc, char** argv)
 {
+    wqv::openStandardStreams();
+
     try
     {
         return wqv::runController (argc, argv);

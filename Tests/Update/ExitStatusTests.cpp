@@ -27,7 +27,7 @@ TEST (ExitStatus, ofTheExecutableAndItsWords)
         const char* words;
     };
 
-    constexpr std::array<Case, 11> cases {
+    constexpr std::array<Case, 12> cases {
         { { "--yes --package good.upd", 3, "no controller: none is plugged in" },
           { "--yes --package good.upd --json", 3, R"({"event":"outcome","result":"noController")" },
           { "--list", 3, "" },
@@ -37,6 +37,7 @@ TEST (ExitStatus, ofTheExecutableAndItsWords)
           { "--list --repeat", 2, "excludes" },
           { "--yes --package good.upd --trace none/trace", 2, "cannot write none/trace" },
           { "--yes --package good.upd --trace ./good.upd", 2, "cannot write ./good.upd" },
+          { "--yes --package good.upd --trace /dev/null", 2, "cannot write /dev/null" },
           { "--yes rubbish", 2, "rubbish" },
           { "--help", 0, "4 no fit update package" } }
     };

@@ -155,7 +155,7 @@ TEST (Scenarios, theFirstFailureIsNamed)
         { "notYet@1-15", { wrongAnswer, Request::enterUpdateMode, 0, 0, Response::updateMode,      Response::updateMode, 0 } },
         { "refuse@1",    { wrongAnswer, Request::enterUpdateMode, 0, 0, Response::updateMode,      Response::updateMode, 2 } },
         { "silent@1",    { wrongAnswer, Request::enterUpdateMode, 0, 0, Response::updateMode,      Response::updateMode, 2, 10s }, any, { 5 }, { 0xF6, 2 } },
-        { "unplug@1",    { notSent,     Request::enterUpdateMode, 0, 0, Response::updateMode,      {}, 0, 10s } },
+        { "unplug@1",    { interrupted, Request::enterUpdateMode, 0, 0, Response::updateMode } },
         { "unplug@2",    { interrupted, Request::packageSummary,  0, 0, Response::summaryAccepted } },
         { "hold@3",      { notSent,     Request::blockHeader,     1, 0, Response::ready,           {}, 0, 10s } },
         { "wrong@3:0",   { wrongAnswer, Request::blockHeader,     1, 0, Response::ready } },

@@ -93,6 +93,21 @@ TEST (Leaving, afterAnyNumberOfMessages)
     }
 }
 
+TEST (Leaving, afterTheLastAnswerIsComplete)
+{
+    UpdaterFixture fixture ("silent@8");
+    fixture.reach (UPDATER_STATUS_UPDATING);
+    fixture.runUntilSent (8);
+    fixture.deliver ({ 0xFC, 7 });
+
+    while (fixture.updater->progress() != 0.07)
+        std::this_thread::yield();
+
+    fixture.updater->abandon();
+    EXPECT_TRUE (fixture.updater->isComplete());
+    EXPECT_EQ (fixture.updater->status(), UPDATER_STATUS_UPDATING);
+}
+
 TEST (Leaving, isForGood)
 {
     UpdaterFixture fixture;

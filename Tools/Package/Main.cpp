@@ -3,6 +3,7 @@
 
 #include "Commands.h"
 #include "EscapedText.h"
+#include "StandardStreams.h"
 
 #include <CLI/CLI.hpp>
 
@@ -63,6 +64,8 @@ ExitCode run (int argumentCount, const char* const* arguments)
 
 int main (int argumentCount, char** arguments)
 {
+    wqv::openStandardStreams();
+
     try
     {
         return static_cast<int> (wqv::run (argumentCount, arguments));

@@ -28,9 +28,12 @@ std::optional<HidDevice> DeviceRoster::chosen() const
     return lastOpened && book.contains (lastOpened->id) ? lastOpened : std::nullopt;
 }
 
-void DeviceRoster::keepBack (std::int32_t newVersion)
+void DeviceRoster::keepBack (bool wentAway, std::int32_t newVersion)
 {
     if (! lastOpened)
+        return;
+
+    if (const auto found = book.find (lastOpened->id); wentAway && found != book.end() && found->second.isNext)
         return;
 
     const auto location = lastOpened->location;
@@ -109,7 +112,8 @@ DeviceRoster::Entry& DeviceRoster::enter (const HidDevice& device)
         restarts.erase (restart);
     }
 
-    return book[device.id] = { .device = device, .opened = {}, .isDone = isDone };
+    const auto isNext = lastOpened && ! book.contains (lastOpened->id);
+    return book[device.id] = { .device = device, .opened = {}, .isNext = isNext, .isDone = isDone };
 }
 
 /** Whether a controller there is kept back: its interfaces come and go one by one. */

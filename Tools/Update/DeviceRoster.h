@@ -21,6 +21,7 @@ public:
     {
         HidDevice device;
         std::optional<OpenResult> opened; ///< how the last attempt to open it ended; none if there was none
+        bool isNext = false;              ///< it came when the one that was opened last had gone
         bool isDone = false;              ///< it is kept back
     };
 
@@ -35,9 +36,11 @@ public:
     [[nodiscard]] std::optional<HidDevice> chosen() const;
 
     /** Keeps back the controller that was opened last, all its interfaces, until it is unplugged and comes back.
+        @param wentAway    its update failed because it went away: one that has come since and was opened then has not had
+                           its turn
         @param newVersion  which version it has now if it was updated, as in HidDevice: one that then comes back with it,
                            in the same place, has restarted by itself, and must come back once more; 0 if it was not */
-    void keepBack (std::int32_t newVersion);
+    void keepBack (bool wentAway, std::int32_t newVersion);
 
     [[nodiscard]] std::vector<HidDevice> devices() override;
     void setListener (HidService::Listener* newListener) override;

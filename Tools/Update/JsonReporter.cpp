@@ -60,7 +60,7 @@ public:
         }
     }
 
-    void waiting() override { write ({ { "event", "waiting" } }); }
+    void waiting (const std::string& reason) override { write ({ { "event", "waiting" }, { "reason", reason } }); }
 
     void versions (std::int32_t ofController, std::int32_t ofPackage, int number) override
     {

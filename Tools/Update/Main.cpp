@@ -7,6 +7,7 @@
 #include "Output.h"
 #include "Platform.h"
 #include "Session.h"
+#include "StandardStreams.h"
 #include "TracedHidService.h"
 
 #include <juce_events/juce_events.h>
@@ -81,15 +82,18 @@ ExitStatus update (const Options& options, const Platform& platform, DeviceRoste
 class Recording
 {
 public:
-    /** A file that is the package is not written to. */
+    /** The package is not written to, nor what is no plain file: a pipe or a terminal that nobody reads would hold up the
+        update. */
     Recording (const Options& optionsToUse, HidService& serviceToUse) : options (optionsToUse), service (serviceToUse)
     {
         if (options.trace.empty())
             return;
 
         std::error_code ignored;
+        const auto there = std::filesystem::status (options.trace, ignored);
 
-        if (std::filesystem::equivalent (options.trace, options.package, ignored))
+        if ((std::filesystem::exists (there) && ! std::filesystem::is_regular_file (there))
+            || std::filesystem::equivalent (options.trace, options.package, ignored))
             file.setstate (std::ios::failbit);
         else
             file.open (options.trace, std::ios::binary);
@@ -160,6 +164,8 @@ int runWith (Options options)
 
 int main (int argumentCount, char** arguments)
 {
+    wqv::openStandardStreams();
+
     // Several threads use the streams: none is to wait for, or flush, what belongs to another.
     std::ios::sync_with_stdio (false);
     std::cin.tie (nullptr);

@@ -35,10 +35,10 @@ public:
         output.print (std::move (text));
     }
 
-    void waiting() override
+    void waiting (const std::string& reason) override
     {
         closeLine();
-        output.print ("waiting for a controller\n");
+        output.print ("waiting for a controller: " + reason + "\n");
     }
 
     void versions (std::int32_t ofController, std::int32_t ofPackage, int number) override

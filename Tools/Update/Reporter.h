@@ -34,7 +34,9 @@ public:
     virtual ~Reporter() = default;
 
     virtual void devices (const std::vector<DeviceRoster::Entry>& entries, const std::optional<HidDevice>& chosen) = 0;
-    virtual void waiting() = 0;
+
+    /** For a controller. @param reason  why there is none yet, for people */
+    virtual void waiting (const std::string& reason) = 0;
 
     /** A controller is there. Versions are decimal numbers, 105 is 1.05. */
     virtual void versions (std::int32_t ofController, std::int32_t ofPackage, int number) = 0;

@@ -82,6 +82,9 @@ void Session::stop()
     stopTimer();
     handleUpdateNowIfNeeded(); // the update may have ended before it was stopped
 
+    if (! isOver && updater->isComplete()) // or at its very end, which its status does not show
+        judge();
+
     if (isOver)
         return;
 
@@ -126,7 +129,7 @@ void Session::missController()
     }
     else if (! std::exchange (isMissed, true))
     {
-        reporter.waiting();
+        reporter.waiting (reasonForNone (roster.entries()));
     }
 }
 
@@ -179,7 +182,7 @@ void Session::judge()
     stopTimer();
     reporter.progress (updater->progress());
 
-    if (updater->status() == UPDATER_STATUS_COMPLETE)
+    if (updater->isComplete())
         conclude ({ .result = Result::complete });
     else
         conclude ({ .result = Result::failed, .failure = updater->failure() });
@@ -198,7 +201,8 @@ void Session::conclude (Outcome outcome)
         return;
     }
 
-    roster.keepBack (isComplete ? binaryCodedDecimal (updater->packageVersion()) : 0);
+    roster.keepBack (outcome.failure && outcome.failure->cause == UpdateFailure::Cause::interrupted,
+                     isComplete ? binaryCodedDecimal (updater->packageVersion()) : 0);
     takeNext();
 }
 

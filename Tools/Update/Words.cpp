@@ -59,6 +59,9 @@ std::string expectation (const UpdateFailure& failure)
     if (failure.expected == ResponseCode::blockAccepted)
         text += " or " + named (ResponseCode::blockVerified);
 
+    if (failure.expected == ResponseCode::updateMode)
+        text += " with the value " + std::to_string (static_cast<int> (ModeStatus::entered));
+
     return text;
 }
 
@@ -224,7 +227,7 @@ std::string_view nameOf (std::optional<OpenResult> opened)
 std::string reasonForNone (const std::vector<DeviceRoster::Entry>& entries)
 {
     for (const auto& entry : entries)
-        if (isControllers (entry.device) && entry.opened && entry.opened != OpenResult::ok)
+        if (isControllers (entry.device) && (entry.isDone || (entry.opened && entry.opened != OpenResult::ok)))
             return "there is " + describe (entry, {});
 
     return "none is plugged in";

@@ -19,10 +19,10 @@ struct UpdateFailure
     {
         none,        ///< nothing went wrong
         noData,      ///< the blocks of the package hold no data: nothing was sent
-        notSent,     ///< the system did not take the request, and no answer came
+        notSent,     ///< the system did not take the request, though the controller was there, and no answer came
         noAnswer,    ///< no answer came within the limit
         wrongAnswer, ///< the controller answered something else than it should have
-        interrupted, ///< the controller went away, or came back, when its answer was awaited
+        interrupted, ///< the controller went away, or came back, when its answer was awaited, and took no request since
         stopped      ///< the update was asked to end
     };
 
@@ -40,7 +40,8 @@ struct UpdateFailure
     ResponseCode received = ResponseCode::none; ///< with Cause::wrongAnswer: what came
     std::uint8_t value = 0;                     ///< and its byte 1
 
-    std::chrono::milliseconds waited {}; ///< for this answer, since the one before it or the request
+    /** For this answer, since the one before it or the request; with Cause::interrupted, until the interruption. */
+    std::chrono::milliseconds waited {};
 
     [[nodiscard]] bool operator== (const UpdateFailure&) const = default;
 };

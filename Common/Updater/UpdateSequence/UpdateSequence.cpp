@@ -188,6 +188,12 @@ bool UpdateSequence::awaitAnswer (std::chrono::milliseconds limit)
     while (isLateModeAnswer());
 
     waited = limit - answer.remaining;
+
+    if (answer.interrupted)
+        interruptedAfter = waited;
+    else if (answer.signalled || lastRequestTaken)
+        interruptedAfter.reset();
+
     return answer.signalled;
 }
 
@@ -218,12 +224,12 @@ bool UpdateSequence::fail (UpdateFailure what)
     }
     else if (link.stopRequested())
         what.cause = stopped;
-    else if (answer.interrupted)
+    else if (interruptedAfter)
         what.cause = interrupted;
     else
         what.cause = lastRequestTaken ? noAnswer : notSent;
 
-    what.waited = waited;
+    what.waited = what.cause == interrupted ? *interruptedAfter : waited;
     firstFailure = what;
     return false;
 }

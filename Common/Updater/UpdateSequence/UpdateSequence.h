@@ -10,6 +10,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <optional>
 
 namespace wqv
 {
@@ -118,6 +119,9 @@ private:
 
     Answer answer;
     std::chrono::milliseconds waited {}; ///< for that answer
+
+    /** Set by an interruption until an answer comes or a request is taken: the wait that it ended. */
+    std::optional<std::chrono::milliseconds> interruptedAfter;
     UpdateFailure firstFailure;
     double percent = 0.0;    ///< the last figure of the data phase, 0 to 100; kept, nothing here reads it
     int modeAnswersOwed = 0; ///< requests to enter update mode that were not answered yet
