@@ -88,7 +88,7 @@ TEST (Update, aControllerThatCameBackInTheMiddleIsNeverComplete)
 
     for (std::size_t request = 2; request <= smallUpdate.size(); ++request)
     {
-        UpdaterFixture fixture ("replug@" + std::to_string (request));
+        UpdaterFixture fixture ("replug@" + std::to_string (request) + ":0");
         fixture.reach (UPDATER_STATUS_ERROR);
 
         const auto& failure = fixture.updater->failure();
