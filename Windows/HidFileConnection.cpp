@@ -92,7 +92,7 @@ void HidFileConnection::startRead()
         SetEvent (reading->event.get());
 }
 
-void HidFileConnection::takeReports()
+void HidFileConnection::readPending()
 {
     // A callback may stop input, which ends the loop.
     while (reading != nullptr)

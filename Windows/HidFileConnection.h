@@ -21,7 +21,7 @@ namespace wqv
 class HidFileConnection final : public HidConnection
 {
 public:
-    /** Where a connection posts that takeReports() has something to do. */
+    /** Where a connection posts that readPending() has something to do. */
     struct Mailbox
     {
         HWND window = nullptr;
@@ -43,9 +43,6 @@ public:
                      std::function<void (std::size_t)> onReport,
                      std::function<void()> onHangUp);
 
-    /** Takes the reports that there are. Message thread; the caller keeps this object alive meanwhile. */
-    void takeReports();
-
     /** The system says that the device has gone: input stops, and a write ends at once. Message thread. */
     void giveUp();
 
@@ -53,6 +50,10 @@ public:
     [[nodiscard]] HANDLE handle() const { return file.get(); }
 
     void stopInput() override;
+
+    /** The caller keeps this object alive meanwhile. */
+    void readPending() override;
+
     [[nodiscard]] bool send (std::span<const std::uint8_t> report) override;
 
 private:

@@ -137,7 +137,7 @@ bool WindowsHidService::handleMessage (UINT message, WPARAM first, LPARAM second
 
     if (const auto found = find (first); found != interfaces.end())
         if (const auto connection = found->second.connection.lock())
-            connection->takeReports();
+            connection->readPending();
 
     return true;
 }
@@ -160,7 +160,7 @@ void WindowsHidService::handleDeviceChange (WPARAM event, const void* details)
                                                 });
 
         if (open != interfaces.end())
-            deviceGone (open->second.device.id);
+            deviceHasLeft (open->second);
     }
     else if (type == DBT_DEVTYP_DEVICEINTERFACE)
     {
@@ -173,7 +173,7 @@ void WindowsHidService::handleDeviceChange (WPARAM event, const void* details)
         }
         else if (event == DBT_DEVICEREMOVECOMPLETE && known != interfaces.end())
         {
-            deviceGone (known->second.device.id);
+            deviceHasLeft (known->second);
             interfaces.erase (path);
         }
     }
@@ -192,6 +192,17 @@ void WindowsHidService::interfaceAppeared (const std::wstring& path)
 
     if (listener != nullptr)
         listener->deviceAttached (*device);
+}
+
+/** The system's word overtakes the messages that tell of reports: first those are read that the device sent before it left. */
+void WindowsHidService::deviceHasLeft (const Interface& known)
+{
+    const auto device = known.device.id;
+
+    if (const auto connection = known.connection.lock())
+        connection->readPending();
+
+    deviceGone (device);
 }
 
 /** Its connection and the system may both tell this, in two ways; the first counts. */

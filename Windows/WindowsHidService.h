@@ -45,6 +45,7 @@ private:
     bool handleMessage (UINT message, WPARAM first, LPARAM second);
     void handleDeviceChange (WPARAM event, const void* details);
     void interfaceAppeared (const std::wstring& path);
+    void deviceHasLeft (const Interface& known);
     void deviceGone (HidDeviceId device);
     void tryClosedDevice (HidDeviceId device);
     void sayThatItIsClosed (HidDeviceId device);
