@@ -33,13 +33,12 @@ std::uint32_t update (const SlicedTables& tables, std::uint32_t crc, std::span<c
 {
     for (; data.size() >= stepSize; data = data.subspan (stepSize))
     {
-        const auto step = data.first<stepSize>(); // of whose places the compiler knows that they are there
         std::uint32_t next = 0;
 
         for (std::size_t i = 0; i < 4; ++i)
         {
             const auto top = static_cast<std::uint8_t> (crc >> (24 - 8 * i));
-            next ^= tables[7 - i][step[i] ^ top] ^ tables[3 - i][step[4 + i]];
+            next ^= tables[7 - i][data[i] ^ top] ^ tables[3 - i][data[4 + i]];
         }
 
         crc = next;
