@@ -17,7 +17,6 @@
 #include <sys/file.h>
 #include <system_error>
 #include <unistd.h>
-#include <utility>
 
 namespace wqv
 {
@@ -65,9 +64,18 @@ void sayThatNothingIsSeen (const char* reason)
     complain (std::string (reason) + ": a controller cannot be seen when it is plugged in");
 }
 
+void sayThatItIsClosed (const std::string& path, int error)
+{
+    const auto reason = error == EWOULDBLOCK ? "in use by another program" : std::generic_category().message (error);
+    const auto advice = isDenied (error) ? std::string (": is the udev rule file ") + ruleFile + " installed?" : "";
+    complain ("cannot open " + path + ": " + reason + advice);
+}
+
 } // namespace
 
-LinuxHidService::LinuxHidService() : context (udev_new())
+LinuxHidService::LinuxHidService()
+    : context (udev_new()),
+      nodes ([] (const Nodes::Entry& node) { sayThatItIsClosed (node.detail.path, node.detail.error); })
 {
     if (context != nullptr)
         monitor.reset (udev_monitor_new_from_netlink (context.get(), "udev"));
@@ -95,76 +103,63 @@ LinuxHidService::~LinuxHidService()
 
 std::vector<HidDevice> LinuxHidService::devices()
 {
-    std::vector<HidDevice> list;
-
     if (context == nullptr)
-        return list;
+        return {};
 
     const UdevPointer<udev_enumerate> enumerate (udev_enumerate_new (context.get()));
 
     if (enumerate == nullptr || udev_enumerate_add_match_subsystem (enumerate.get(), "hidraw") < 0
         || udev_enumerate_scan_devices (enumerate.get()) < 0)
-        return list;
+        return nodes.attached();
 
     for (auto* entry = udev_enumerate_get_list_entry (enumerate.get()); entry != nullptr;
          entry = udev_list_entry_get_next (entry))
     {
         const auto* const path = udev_list_entry_get_name (entry);
-        const UdevPointer<udev_device> device (udev_device_new_from_syspath (context.get(), path));
+        const UdevPointer<udev_device> hidraw (udev_device_new_from_syspath (context.get(), path));
 
-        // Told by what is returned, not by a callback.
-        if (device != nullptr && ! nodes.contains (path))
-        {
-            auto* const hearing = std::exchange (listener, nullptr);
-            nodeAppeared (*device);
-            listener = hearing;
-        }
+        if (hidraw != nullptr && nodes.at (path) == nullptr)
+            if (const auto device = describeUsbHidDevice (*hidraw))
+                nodes.list (path, *device, { .path = udev_device_get_devnode (hidraw.get()) });
     }
 
-    for (const auto& [path, node] : nodes)
-        if (! node.isGone)
-            list.push_back (node.device);
-
-    return list;
+    return nodes.attached();
 }
 
 void LinuxHidService::setListener (Listener* newListener)
 {
-    listener = newListener;
+    nodes.setListener (newListener);
 }
 
 HidService::Opened LinuxHidService::open (HidDeviceId device, ReportBuffer& buffer)
 {
-    auto* const node = find (device);
+    auto* const known = nodes.find (device);
 
-    if (node == nullptr)
+    if (known == nullptr)
         return { .result = OpenResult::gone, .connection = nullptr };
 
-    const auto descriptor = openLocked (node->path);
-    node->error = descriptor < 0 ? errno : 0;
+    auto& node = known->detail;
+    const auto descriptor = openLocked (node.path);
+    node.error = descriptor < 0 ? errno : 0;
 
-    if (node->error != 0)
+    if (node.error != 0)
     {
         // Before the next attempt, so that no change slips in between.
-        if (isDenied (node->error))
-            attributes.followFolderOf (node->path);
+        if (isDenied (node.error))
+            attributes.followFolderOf (node.path);
 
-        retries.failed (device);
-        return { .result = resultOf (node->error), .connection = nullptr };
+        nodes.wasNotOpened (device);
+        return { .result = resultOf (node.error), .connection = nullptr };
     }
 
-    retries.begin (device);
+    nodes.wasOpened (device);
     const auto connection = std::make_shared<HidrawConnection> (descriptor);
-    node->connection = connection;
+    node.connection = connection;
 
     connection->startInput (
         buffer,
-        [this, device] (std::size_t length)
-        {
-            if (listener != nullptr)
-                listener->reportReceived (device, length);
-        },
-        [this, device] { nodeGone (device); });
+        [this, device] (std::size_t length) { nodes.reportReceived (device, length); },
+        [this, device] { nodes.gone (device); });
 
     return { .result = OpenResult::ok, .connection = connection };
 }
@@ -174,34 +169,37 @@ void LinuxHidService::handleMonitor()
 {
     for (;;)
     {
-        const UdevPointer<udev_device> device (udev_monitor_receive_device (monitor.get()));
+        const UdevPointer<udev_device> hidraw (udev_monitor_receive_device (monitor.get()));
 
-        if (device == nullptr)
+        if (hidraw == nullptr)
             return;
 
-        const auto* const action = udev_device_get_action (device.get());
-        const auto known = nodes.find (udev_device_get_syspath (device.get()));
+        const auto* const action = udev_device_get_action (hidraw.get());
+        const std::string path = udev_device_get_syspath (hidraw.get());
+        const auto* const known = nodes.at (path);
 
         if (action != nullptr && std::string_view (action) == "remove")
         {
-            if (known != nodes.end())
-            {
-                // The kernel keeps what it sent before it left.
-                if (const auto connection = known->second.connection.lock())
-                    connection->readPending();
+            if (known == nullptr)
+                continue;
 
-                nodeGone (known->second.device.id);
-                nodes.erase (known);
-            }
+            // The kernel keeps what it sent before it left.
+            if (const auto connection = known->detail.connection.lock())
+                connection->readPending();
+
+            nodes.gone (known->device.id);
+            nodes.forget (path);
         }
-        else if (known == nodes.end() || known->second.isGone)
+        else if (known == nullptr || known->isGone)
         {
-            nodeAppeared (*device);
+            // One that has hung up stays known until udev says that it was removed, or shows it anew.
+            if (const auto device = describeUsbHidDevice (*hidraw))
+                nodes.appeared (path, *device, { .path = udev_device_get_devnode (hidraw.get()) });
         }
-        else if (known->second.error != 0)
+        else if (known->detail.error != 0)
         {
             // The rule may have been installed meanwhile.
-            attachAgain (known->second);
+            nodes.attachAgain (known->device.id);
         }
     }
 }
@@ -209,84 +207,16 @@ void LinuxHidService::handleMonitor()
 /** Somebody may have been given access, as by a session that has become active, which udev does not tell. */
 void LinuxHidService::handleAttributes (std::string_view fileName)
 {
-    const auto changed = std::ranges::find_if (nodes,
+    const auto changed = std::ranges::find_if (nodes.all(),
                                                [fileName] (const auto& entry)
                                                {
-                                                   const auto& node = entry.second;
-                                                   return isDenied (node.error) && ! node.isGone
+                                                   const auto& node = entry.second.detail;
+                                                   return isDenied (node.error) && ! entry.second.isGone
                                                           && std::filesystem::path (node.path).filename() == fileName;
                                                });
 
-    if (changed != nodes.end())
-        attachAgain (changed->second);
-}
-
-void LinuxHidService::attachAgain (Node& closedNode)
-{
-    retries.begin (closedNode.device.id);
-    tryClosedNode (closedNode.device.id);
-}
-
-void LinuxHidService::nodeAppeared (udev_device& hidraw)
-{
-    auto device = describeUsbHidDevice (hidraw);
-
-    if (! device)
-        return;
-
-    device->id = ++lastId;
-    nodes[udev_device_get_syspath (&hidraw)] = { .device = *device, .path = udev_device_get_devnode (&hidraw) };
-    retries.begin (device->id);
-
-    if (listener != nullptr)
-        listener->deviceAttached (*device);
-}
-
-/** The hang-up of the node and udev's own word may both tell this; the first counts. */
-void LinuxHidService::nodeGone (HidDeviceId device)
-{
-    auto* const node = find (device);
-
-    if (node == nullptr)
-        return;
-
-    // It stays known: until udev removes it, a new list of the system's devices still has it.
-    node->isGone = true;
-    retries.end (device);
-
-    if (listener != nullptr)
-        listener->deviceRemoved (device);
-}
-
-/** To the listener a device that has become accessible is one that was just attached. */
-void LinuxHidService::tryClosedNode (HidDeviceId device)
-{
-    if (const auto* const node = find (device); node != nullptr && listener != nullptr)
-        listener->deviceAttached (HidDevice (node->device));
-}
-
-void LinuxHidService::sayThatItIsClosed (HidDeviceId device)
-{
-    const auto* const node = find (device);
-
-    if (node == nullptr)
-        return;
-
-    const auto reason =
-        node->error == EWOULDBLOCK ? "in use by another program" : std::generic_category().message (node->error);
-    const auto advice =
-        isDenied (node->error) ? std::string (": is the udev rule file ") + ruleFile + " installed?" : "";
-
-    complain ("cannot open " + node->path + ": " + reason + advice);
-}
-
-/** The node of a device that has not gone. */
-LinuxHidService::Node* LinuxHidService::find (HidDeviceId device)
-{
-    const auto found = std::ranges::find_if (
-        nodes, [device] (const auto& entry) { return entry.second.device.id == device && ! entry.second.isGone; });
-
-    return found != nodes.end() ? &found->second : nullptr;
+    if (changed != nodes.all().end())
+        nodes.attachAgain (changed->second.device.id);
 }
 
 } // namespace wqv

@@ -5,10 +5,10 @@
 
 #include "AttributeWatch.h"
 #include "HidService.h"
-#include "OpenRetries.h"
+#include "KnownDevices.h"
 #include "UdevHidDevice.h"
 
-#include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,33 +31,21 @@ public:
 private:
     struct Node
     {
-        HidDevice device;
-        std::string path;    ///< of the node, as in /dev/hidraw0
-        bool isGone = false; ///< it has hung up, and udev is yet to say that it was removed
-        int error = 0;       ///< the system's number for why its last open failed; 0 if it did not
+        std::string path; ///< of the node, as in /dev/hidraw0
+        int error = 0;    ///< the system's number for why its last open failed; 0 if it did not
         std::weak_ptr<HidConnection> connection {}; ///< the last one
     };
 
     /** By system path: at a removal the device's parents are gone already. */
-    using Nodes = std::map<std::string, Node>;
+    using Nodes = KnownDevices<std::string, Node>;
 
     void handleMonitor();
     void handleAttributes (std::string_view fileName);
-    void attachAgain (Node& closedNode);
-    void nodeAppeared (udev_device& hidraw);
-    void nodeGone (HidDeviceId device);
-    void tryClosedNode (HidDeviceId device);
-    void sayThatItIsClosed (HidDeviceId device);
-    [[nodiscard]] Node* find (HidDeviceId device);
 
     UdevPointer<udev> context;
     UdevPointer<udev_monitor> monitor;
     AttributeWatch attributes { [this] (std::string_view fileName) { handleAttributes (fileName); } };
-    OpenRetries retries { [this] (HidDeviceId device) { tryClosedNode (device); },
-                          [this] (HidDeviceId device) { sayThatItIsClosed (device); } };
     Nodes nodes;
-    HidDeviceId lastId = 0;
-    Listener* listener = nullptr;
 };
 
 } // namespace wqv

@@ -9,12 +9,11 @@
 
 #include <IOKit/IOReturn.h>
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <memory>
+#include <set>
 #include <string>
-#include <utility>
 
 namespace wqv
 {
@@ -52,9 +51,21 @@ std::string hexadecimal (std::uint32_t number)
     return text.data();
 }
 
+void sayThatItIsClosed (IOHIDDeviceRef device, IOReturn error)
+{
+    const auto place = static_cast<std::uint32_t> (IOHIDDevice_GetLocationID (device));
+    const auto reason = resultOf (error) == HidService::OpenResult::inUse
+                            ? "in use by another program"
+                            : "error " + hexadecimal (static_cast<std::uint32_t> (error));
+
+    complain ("cannot open the device at " + hexadecimal (place) + ": " + reason);
+}
+
 } // namespace
 
-MacHidService::MacHidService() : runLoop (shared (CFRunLoopGetCurrent()))
+MacHidService::MacHidService()
+    : runLoop (shared (CFRunLoopGetCurrent())),
+      known ([] (const Devices::Entry& entry) { sayThatItIsClosed (entry.detail.reference.get(), entry.detail.error); })
 {
     list.HIDBuildDeviceList (0, 0);
 
@@ -79,70 +90,58 @@ MacHidService::~MacHidService()
 
 std::vector<HidDevice> MacHidService::devices()
 {
-    std::vector<HidDevice> found;
-
     if (list.manager() == nullptr)
-        return found;
+        return {};
 
     list.HIDRebuildDevices();
-    std::vector<IOHIDDeviceRef> listed;
+    std::set<IOHIDDeviceRef> listed;
 
     for (auto* device = list.HIDGetFirstDevice(); device != nullptr; device = list.HIDGetNextDevice (device))
     {
-        listed.push_back (device);
+        listed.insert (device);
 
-        // Told by what is returned, not by a callback.
-        if (find (device) == nullptr)
-        {
-            auto* const hearing = std::exchange (listener, nullptr);
-            deviceAppeared (device);
-            listener = hearing;
-        }
-
-        if (const auto& entry = *find (device); ! entry.isGone)
-            found.push_back (entry.device);
+        if (known.at (device) == nullptr)
+            known.list (device, describeIoHidDevice (device), { .reference = shared (device) });
     }
 
     list.HIDReleaseDeviceList();
 
     // What has gone, and no list has any more, is forgotten.
-    std::erase_if (known,
-                   [&listed] (const Known& entry)
-                   { return entry.isGone && std::ranges::find (listed, entry.reference.get()) == listed.end(); });
-    return found;
+    for (auto next = known.all().begin(); next != known.all().end();)
+        if (const auto& [device, entry] = *next++; entry.isGone && ! listed.contains (device))
+            known.forget (device);
+
+    return known.attached();
 }
 
 void MacHidService::setListener (Listener* newListener)
 {
-    listener = newListener;
+    known.setListener (newListener);
 }
 
 HidService::Opened MacHidService::open (HidDeviceId device, ReportBuffer& buffer)
 {
-    auto* const entry = find (device);
+    auto* const entry = known.find (device);
 
     if (entry == nullptr)
         return { .result = OpenResult::gone, .connection = nullptr };
 
-    entry->error = openDevice (entry->reference.get());
+    auto& [reference, error] = entry->detail;
+    error = openDevice (reference.get());
 
-    if (entry->error != kIOReturnSuccess)
+    if (error != kIOReturnSuccess)
     {
-        retries.failed (device);
-        return { .result = resultOf (entry->error), .connection = nullptr };
+        known.wasNotOpened (device);
+        return { .result = resultOf (error), .connection = nullptr };
     }
 
-    retries.begin (device);
-    const auto connection = std::make_shared<IoHidConnection> (entry->reference.get());
+    known.wasOpened (device);
+    const auto connection = std::make_shared<IoHidConnection> (reference.get());
 
     connection->startInput (
         buffer,
-        [this, device] (std::size_t length)
-        {
-            if (listener != nullptr)
-                listener->reportReceived (device, length);
-        },
-        [this, device] { deviceGone (device); });
+        [this, device] (std::size_t length) { known.reportReceived (device, length); },
+        [this, device] { known.gone (device); });
 
     return { .result = OpenResult::ok, .connection = connection };
 }
@@ -152,10 +151,10 @@ void MacHidService::Handle_DeviceMatchingCallback (void* context,
                                                    void* /*sender*/,
                                                    IOHIDDeviceRef device)
 {
-    auto& service = *static_cast<MacHidService*> (context);
+    auto& known = static_cast<MacHidService*> (context)->known;
 
-    if (const auto* const entry = service.find (device); entry == nullptr || entry->isGone)
-        service.deviceAppeared (device);
+    if (const auto* const entry = known.at (device); entry == nullptr || entry->isGone)
+        known.appeared (device, describeIoHidDevice (device), { .reference = shared (device) });
 }
 
 void MacHidService::Handle_DeviceRemovalCallback (void* context,
@@ -163,76 +162,10 @@ void MacHidService::Handle_DeviceRemovalCallback (void* context,
                                                   void* /*sender*/,
                                                   IOHIDDeviceRef device)
 {
-    auto& service = *static_cast<MacHidService*> (context);
+    auto& known = static_cast<MacHidService*> (context)->known;
 
-    if (const auto* const entry = service.find (device); entry != nullptr)
-        service.deviceGone (entry->device.id);
-}
-
-void MacHidService::deviceAppeared (IOHIDDeviceRef reference)
-{
-    auto device = describeIoHidDevice (reference);
-    device.id = ++lastId;
-
-    std::erase_if (known, [reference] (const Known& entry) { return entry.reference.get() == reference; });
-    known.push_back ({ .device = device, .reference = shared (reference) });
-    retries.begin (device.id);
-
-    if (listener != nullptr)
-        listener->deviceAttached (device);
-}
-
-/** Its connection and the manager may both tell this; the first counts. */
-void MacHidService::deviceGone (HidDeviceId device)
-{
-    auto* const entry = find (device);
-
-    if (entry == nullptr)
-        return;
-
-    entry->isGone = true;
-    retries.end (device);
-
-    if (listener != nullptr)
-        listener->deviceRemoved (device);
-}
-
-/** To the listener a device that has become accessible is one that was just attached. */
-void MacHidService::tryClosedDevice (HidDeviceId device)
-{
-    if (const auto* const entry = find (device); entry != nullptr && listener != nullptr)
-        listener->deviceAttached (HidDevice (entry->device));
-}
-
-void MacHidService::sayThatItIsClosed (HidDeviceId device)
-{
-    const auto* const entry = find (device);
-
-    if (entry == nullptr)
-        return;
-
-    const auto place = static_cast<std::uint32_t> (IOHIDDevice_GetLocationID (entry->reference.get()));
-    const auto reason = resultOf (entry->error) == OpenResult::inUse
-                            ? "in use by another program"
-                            : "error " + hexadecimal (static_cast<std::uint32_t> (entry->error));
-
-    complain ("cannot open the device at " + hexadecimal (place) + ": " + reason);
-}
-
-/** A device that has not gone. */
-MacHidService::Known* MacHidService::find (HidDeviceId device)
-{
-    const auto found = std::ranges::find_if (
-        known, [device] (const Known& entry) { return entry.device.id == device && ! entry.isGone; });
-    return found != known.end() ? &*found : nullptr;
-}
-
-/** A device, be it gone or not. */
-MacHidService::Known* MacHidService::find (IOHIDDeviceRef reference)
-{
-    const auto found =
-        std::ranges::find_if (known, [reference] (const Known& entry) { return entry.reference.get() == reference; });
-    return found != known.end() ? &*found : nullptr;
+    if (const auto* const entry = known.at (device))
+        known.gone (entry->device.id);
 }
 
 } // namespace wqv

@@ -6,7 +6,7 @@
 #include "CfPointer.h"
 #include "HidDeviceList.h"
 #include "HidService.h"
-#include "OpenRetries.h"
+#include "KnownDevices.h"
 
 #include <IOKit/hid/IOHIDLib.h>
 
@@ -31,29 +31,18 @@ public:
 private:
     struct Known
     {
-        HidDevice device;
         CfPointer<IOHIDDeviceRef> reference; ///< kept, so that no other device can get the same address
-        bool isGone = false;                 ///< but a list that is taken now may still have it
         IOReturn error = kIOReturnSuccess;   ///< of its last open
     };
+
+    using Devices = KnownDevices<IOHIDDeviceRef, Known>;
 
     static void Handle_DeviceMatchingCallback (void* context, IOReturn result, void* sender, IOHIDDeviceRef device);
     static void Handle_DeviceRemovalCallback (void* context, IOReturn result, void* sender, IOHIDDeviceRef device);
 
-    void deviceAppeared (IOHIDDeviceRef reference);
-    void deviceGone (HidDeviceId device);
-    void tryClosedDevice (HidDeviceId device);
-    void sayThatItIsClosed (HidDeviceId device);
-    [[nodiscard]] Known* find (HidDeviceId device);
-    [[nodiscard]] Known* find (IOHIDDeviceRef reference);
-
     HidDeviceList list;
     CfPointer<CFRunLoopRef> runLoop;
-    OpenRetries retries { [this] (HidDeviceId device) { tryClosedDevice (device); },
-                          [this] (HidDeviceId device) { sayThatItIsClosed (device); } };
-    std::vector<Known> known;
-    HidDeviceId lastId = 0;
-    Listener* listener = nullptr;
+    Devices known;
 };
 
 } // namespace wqv

@@ -40,10 +40,19 @@ WindowsHandle openAlone (const std::wstring& path)
         path.c_str(), GENERIC_READ | GENERIC_WRITE, sharing, nullptr, OPEN_EXISTING, FILE_FLAG_OVERLAPPED, nullptr));
 }
 
+void sayThatItIsClosed (const std::wstring& path, DWORD error)
+{
+    complain ("cannot open " + narrow (path) + ": "
+              + (resultOf (error) == HidService::OpenResult::inUse
+                     ? std::string ("in use by another program")
+                     : std::system_category().message (static_cast<int> (error))));
+}
+
 } // namespace
 
 WindowsHidService::WindowsHidService()
-    : window (MessageWindow::Kind::messageOnly,
+    : interfaces ([] (const Interfaces::Entry& known) { sayThatItIsClosed (known.detail.path, known.detail.error); }),
+      window (MessageWindow::Kind::messageOnly,
               [this] (UINT message, WPARAM first, LPARAM second) { return handleMessage (message, first, second); })
 {
     DEV_BROADCAST_DEVICEINTERFACE_W ofHidDevices {};
@@ -67,57 +76,44 @@ WindowsHidService::~WindowsHidService()
 
 std::vector<HidDevice> WindowsHidService::devices()
 {
-    // Told by what is returned, not by a callback.
-    auto* const hearing = std::exchange (listener, nullptr);
-
     for (const auto& path : presentHidInterfaces())
-        if (! interfaces.contains (path))
-            interfaceAppeared (path);
+        if (interfaces.at (path) == nullptr)
+            if (const auto device = describeHidInterface (path))
+                interfaces.list (path, *device, { .path = path });
 
-    listener = hearing;
-    std::vector<HidDevice> list;
-
-    for (const auto& [path, known] : interfaces)
-        if (! known.isGone)
-            list.push_back (known.device);
-
-    return list;
+    return interfaces.attached();
 }
 
 void WindowsHidService::setListener (Listener* newListener)
 {
-    listener = newListener;
+    interfaces.setListener (newListener);
 }
 
 HidService::Opened WindowsHidService::open (HidDeviceId device, ReportBuffer& buffer)
 {
-    const auto found = find (device);
+    auto* const known = interfaces.find (device);
 
-    if (found == interfaces.end())
+    if (known == nullptr)
         return { .result = OpenResult::gone, .connection = nullptr };
 
-    auto& [path, known] = *found;
+    auto& [path, error, lastConnection] = known->detail;
     auto file = openAlone (path);
-    known.error = file.isValid() ? ERROR_SUCCESS : GetLastError();
+    error = file.isValid() ? ERROR_SUCCESS : GetLastError();
 
-    if (known.error != ERROR_SUCCESS)
+    if (error != ERROR_SUCCESS)
     {
-        retries.failed (device);
-        return { .result = resultOf (known.error), .connection = nullptr };
+        interfaces.wasNotOpened (device);
+        return { .result = resultOf (error), .connection = nullptr };
     }
 
-    retries.begin (device);
-    const auto connection = std::make_shared<HidFileConnection> (std::move (file), known.device.inputReportLength);
-    known.connection = connection;
+    interfaces.wasOpened (device);
+    const auto connection = std::make_shared<HidFileConnection> (std::move (file), known->device.inputReportLength);
+    lastConnection = connection;
 
     connection->startInput (
         buffer,
         { .window = window.get(), .message = readHasEnded, .device = device },
-        [this, device] (std::size_t length)
-        {
-            if (listener != nullptr)
-                listener->reportReceived (device, length);
-        },
+        [this, device] (std::size_t length) { interfaces.reportReceived (device, length); },
         [this, device] { deviceGone (device); });
 
     return { .result = OpenResult::ok, .connection = connection };
@@ -135,8 +131,8 @@ bool WindowsHidService::handleMessage (UINT message, WPARAM first, LPARAM second
     if (message != readHasEnded)
         return false;
 
-    if (const auto found = find (first); found != interfaces.end())
-        if (const auto connection = found->second.connection.lock())
+    if (const auto* const known = interfaces.find (first))
+        if (const auto connection = known->detail.connection.lock())
             connection->readPending();
 
     return true;
@@ -152,54 +148,40 @@ void WindowsHidService::handleDeviceChange (WPARAM event, const void* details)
     if (type == DBT_DEVTYP_HANDLE)
     {
         const auto* const handle = static_cast<const DEV_BROADCAST_HANDLE*> (details)->dbch_handle;
-        const auto open = std::ranges::find_if (interfaces,
+        const auto open = std::ranges::find_if (interfaces.all(),
                                                 [handle] (const auto& entry)
                                                 {
-                                                    const auto connection = entry.second.connection.lock();
+                                                    const auto connection = entry.second.detail.connection.lock();
                                                     return connection != nullptr && connection->handle() == handle;
                                                 });
 
-        if (open != interfaces.end())
+        if (open != interfaces.all().end())
             deviceHasLeft (open->second);
     }
     else if (type == DBT_DEVTYP_DEVICEINTERFACE)
     {
         const auto path = normalised (static_cast<const DEV_BROADCAST_DEVICEINTERFACE_W*> (details)->dbcc_name);
-        const auto known = interfaces.find (path);
+        const auto* const known = interfaces.at (path);
 
-        if (event == DBT_DEVICEARRIVAL && (known == interfaces.end() || known->second.isGone))
+        if (event == DBT_DEVICEARRIVAL && (known == nullptr || known->isGone))
         {
-            interfaceAppeared (path);
+            if (const auto device = describeHidInterface (path))
+                interfaces.appeared (path, *device, { .path = path });
         }
-        else if (event == DBT_DEVICEREMOVECOMPLETE && known != interfaces.end())
+        else if (event == DBT_DEVICEREMOVECOMPLETE && known != nullptr)
         {
-            deviceHasLeft (known->second);
-            interfaces.erase (path);
+            deviceHasLeft (*known);
+            interfaces.forget (path);
         }
     }
 }
 
-void WindowsHidService::interfaceAppeared (const std::wstring& path)
-{
-    auto device = describeHidInterface (path);
-
-    if (! device)
-        return;
-
-    device->id = ++lastId;
-    interfaces[path] = { .device = *device };
-    retries.begin (device->id);
-
-    if (listener != nullptr)
-        listener->deviceAttached (*device);
-}
-
 /** The system's word overtakes the messages that tell of reports: first those are read that the device sent before it left. */
-void WindowsHidService::deviceHasLeft (const Interface& known)
+void WindowsHidService::deviceHasLeft (const Interfaces::Entry& known)
 {
     const auto device = known.device.id;
 
-    if (const auto connection = known.connection.lock())
+    if (const auto connection = known.detail.connection.lock())
         connection->readPending();
 
     deviceGone (device);
@@ -208,48 +190,11 @@ void WindowsHidService::deviceHasLeft (const Interface& known)
 /** Its connection and the system may both tell this, in two ways; the first counts. */
 void WindowsHidService::deviceGone (HidDeviceId device)
 {
-    const auto found = find (device);
+    if (const auto* const known = interfaces.find (device))
+        if (const auto connection = known->detail.connection.lock())
+            connection->giveUp();
 
-    if (found == interfaces.end())
-        return;
-
-    // It stays known: until the system removes it, a new list may still have it.
-    found->second.isGone = true;
-    retries.end (device);
-
-    if (const auto connection = found->second.connection.lock())
-        connection->giveUp();
-
-    if (listener != nullptr)
-        listener->deviceRemoved (device);
-}
-
-/** To the listener a device that has become accessible is one that was just attached. */
-void WindowsHidService::tryClosedDevice (HidDeviceId device)
-{
-    if (const auto found = find (device); found != interfaces.end() && listener != nullptr)
-        listener->deviceAttached (HidDevice (found->second.device));
-}
-
-void WindowsHidService::sayThatItIsClosed (HidDeviceId device)
-{
-    const auto found = find (device);
-
-    if (found == interfaces.end())
-        return;
-
-    const auto& [path, known] = *found;
-    complain ("cannot open " + narrow (path) + ": "
-              + (resultOf (known.error) == OpenResult::inUse
-                     ? std::string ("in use by another program")
-                     : std::system_category().message (static_cast<int> (known.error))));
-}
-
-/** A device that has not gone. */
-WindowsHidService::Interfaces::iterator WindowsHidService::find (HidDeviceId device)
-{
-    return std::ranges::find_if (
-        interfaces, [device] (const auto& entry) { return entry.second.device.id == device && ! entry.second.isGone; });
+    interfaces.gone (device);
 }
 
 } // namespace wqv

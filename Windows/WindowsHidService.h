@@ -4,12 +4,11 @@
 #pragma once
 
 #include "HidService.h"
+#include "KnownDevices.h"
 #include "MessageWindow.h"
-#include "OpenRetries.h"
 
 #include <windows.h>
 
-#include <map>
 #include <memory>
 #include <string>
 
@@ -33,29 +32,20 @@ public:
 private:
     struct Interface
     {
-        HidDevice device;
-        bool isGone = false; ///< but the system's list may still have it
-        DWORD error = 0;     ///< of its last open
+        std::wstring path;
+        DWORD error = 0; ///< of its last open
         std::weak_ptr<HidFileConnection> connection {};
     };
 
-    /** By their paths, which a device that comes back may have again. */
-    using Interfaces = std::map<std::wstring, Interface>;
+    /** By their paths. */
+    using Interfaces = KnownDevices<std::wstring, Interface>;
 
     bool handleMessage (UINT message, WPARAM first, LPARAM second);
     void handleDeviceChange (WPARAM event, const void* details);
-    void interfaceAppeared (const std::wstring& path);
-    void deviceHasLeft (const Interface& known);
+    void deviceHasLeft (const Interfaces::Entry& known);
     void deviceGone (HidDeviceId device);
-    void tryClosedDevice (HidDeviceId device);
-    void sayThatItIsClosed (HidDeviceId device);
-    [[nodiscard]] Interfaces::iterator find (HidDeviceId device);
 
     Interfaces interfaces;
-    OpenRetries retries { [this] (HidDeviceId device) { tryClosedDevice (device); },
-                          [this] (HidDeviceId device) { sayThatItIsClosed (device); } };
-    HidDeviceId lastId = 0;
-    Listener* listener = nullptr;
     MessageWindow window;
     HDEVNOTIFY news = nullptr;
 };
