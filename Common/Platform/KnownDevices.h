@@ -133,7 +133,7 @@ private:
             closedCallback (*entry);
     }
 
-    Entries entries;
+    Entries entries {};
     HidDeviceId lastId = 0;
     HidService::Listener* listener = nullptr;
     std::function<void (const Entry&)> closedCallback;
