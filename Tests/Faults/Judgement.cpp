@@ -47,98 +47,83 @@ bool breaksTheOrder (const FaultScript& faults)
 }
 
 /** The numbers of the blocks that were to be written but were not received whole. */
-std::vector<std::uint8_t> missingOf (const FaultedUpdate& update)
+std::vector<std::uint8_t> missingOf (const VirtualController& controller)
 {
     std::vector<std::uint8_t> numbers;
     std::uint8_t number = 0;
 
     for (const auto& block : smallPackage().blocks)
     {
-        const auto found = update.receivedBlocks.find (++number);
+        const auto found = controller.receivedBlocks().find (++number);
 
-        if (block.enabled && (found == update.receivedBlocks.end() || found->second != block.data))
+        if (block.enabled && (found == controller.receivedBlocks().end() || found->second != block.data))
             numbers.push_back (number);
     }
 
     return numbers;
 }
 
-class Judge
+bool isComplete (const FaultedUpdate& update)
 {
-public:
-    explicit Judge (const FaultedUpdate& updateToJudge) : update (updateToJudge) {}
-
-    Judgement verdict()
-    {
-        judgeOutcome();
-
-        if (! breaksTheOrder (update.faults))
-            compare();
-
-        return judgement;
-    }
-
-private:
-    void expect (bool isSo, const std::string& promise)
-    {
-        if (! isSo)
-            judgement.broken.push_back (promise);
-    }
-
-    void judgeOutcome()
-    {
-        const auto isWhole = missingOf (update).empty();
-        expect (update.shown == std::vector { UPDATER_STATUS_READY, UPDATER_STATUS_UPDATING, update.status },
-                "there is one outcome");
-        expect (! update.sendsAfterEnd, "nothing is sent after the outcome");
-        expect (! update.isAwake, "the machine is kept awake only as long as an update runs");
-        expect (isComplete() == (update.failure.cause == UpdateFailure::Cause::none), "an error has its cause");
-        expect (! update.receivedBlocks.contains (2), "no block that is not enabled");
-
-        if (isComplete())
-            expect (update.isUpdated == isWhole && update.deviceVersion == (isWhole ? 105 : 100),
-                    "the controller has its new version exactly if all blocks are whole");
-    }
-
-    void compare()
-    {
-        Conversation reference (sizes(), update.faults);
-        UpdateSequence sequence (reference, reference.info, reference.blocks);
-        expect (sequence.run() == isComplete(), "complete, or not, as without threads");
-
-        auto expected = sequence.failure();
-        auto seen = update.failure;
-        const auto mayEndEarly = expected.cause == UpdateFailure::Cause::interrupted; // it is seen when it happens
-        judgement.byProtocol = reference.now;
-        expect (mayEndEarly || (seen.waited >= expected.waited - early && update.duration >= reference.now - early),
-                "no wait ends early: " + times());
-        expect (seen.waited <= expected.waited + late && update.duration <= reference.now + late,
-                "every wait ends: " + times());
-
-        expected.waited = seen.waited = {};
-        expect (seen == expected, "what went wrong first is what does without threads");
-        expect (missingOf (update) == reference.missing(), "the blocks that are whole are those without threads");
-
-        for (const auto& error : update.hostErrors)
-            expect (false, "only legal orders: " + error);
-    }
-
-    [[nodiscard]] std::string times() const
-    {
-        return std::to_string (update.duration / 1ms) + " ms of " + std::to_string (*judgement.byProtocol / 1ms);
-    }
-
-    [[nodiscard]] bool isComplete() const { return update.status == UPDATER_STATUS_COMPLETE; }
-
-    const FaultedUpdate& update;
-    Judgement judgement;
-};
+    return update.updater->status() == UPDATER_STATUS_COMPLETE;
+}
 
 } // namespace
 
-Judgement judge (const FaultedUpdate& update)
+Judgement::Judgement (const FaultedUpdate& update, const FaultScript& faults)
 {
-    return Judge (update).verdict();
+    judgeOutcome (update);
+
+    if (! breaksTheOrder (faults))
+        compare (update, faults);
+}
+
+void Judgement::expect (bool isSo, const std::string& promise)
+{
+    if (! isSo)
+        broken.push_back (promise);
+}
+
+void Judgement::judgeOutcome (const FaultedUpdate& update)
+{
+    const auto& updater = *update.updater;
+    const auto& controller = update.controller;
+    const auto isWhole = missingOf (controller).empty();
+    expect (update.shown == std::vector { UPDATER_STATUS_READY, UPDATER_STATUS_UPDATING, updater.status() },
+            "there is one outcome");
+    expect (! update.sendsAfterEnd, "nothing is sent after the outcome");
+    expect (update.awake.expired(), "the machine is kept awake only as long as an update runs");
+    expect (isComplete (update) == (updater.failure().cause == UpdateFailure::Cause::none), "an error has its cause");
+    expect (! controller.receivedBlocks().contains (2), "no block that is not enabled");
+
+    if (isComplete (update))
+        expect (controller.isUpdated() == isWhole && updater.deviceVersion() == (isWhole ? 105 : 100),
+                "the controller has its new version exactly if all blocks are whole");
+}
+
+void Judgement::compare (const FaultedUpdate& update, const FaultScript& faults)
+{
+    Conversation reference (sizes(), faults);
+    UpdateSequence sequence (reference, reference.info, reference.blocks);
+    expect (sequence.run() == isComplete (update), "complete, or not, as without threads");
+    byProtocol = reference.now;
+
+    auto expected = sequence.failure();
+    auto seen = update.updater->failure();
+    const auto times = std::to_string (update.duration / 1ms) + " ms of " + std::to_string (reference.now / 1ms);
+    const auto mayEndEarly = expected.cause == UpdateFailure::Cause::interrupted; // it is seen when it happens
+    expect (mayEndEarly || (seen.waited >= expected.waited - early && update.duration >= reference.now - early),
+            "no wait ends early: " + times);
+    expect (seen.waited <= expected.waited + late && update.duration <= reference.now + late,
+            "every wait ends: " + times);
+
+    expected.waited = seen.waited = {};
+    expect (seen == expected, "what went wrong first is what does without threads");
+    expect (missingOf (update.controller) == reference.missing(),
+            "the blocks that are whole are those without threads");
+
+    for (const auto& error : update.controller.hostErrors())
+        expect (false, "only legal orders: " + error);
 }
 
 } // namespace wqv

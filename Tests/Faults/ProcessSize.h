@@ -3,19 +3,37 @@
 
 #pragma once
 
+#include <malloc.h>
+#include <unistd.h>
+
 #include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <string>
 
 namespace wqv
 {
 
-struct ProcessSize
-{
-    std::int64_t heap = 0;     ///< bytes that are allocated; only where the system's own allocator is used
-    std::int64_t resident = 0; ///< bytes in memory, of whatever kind
-    std::int64_t descriptors = 0;
-    std::int64_t threads = 0;
-};
+using Counts = std::map<std::string, std::int64_t>;
 
-[[nodiscard]] ProcessSize processSize();
+/** By name: "heap", bytes that are allocated, which only the system's own allocator knows; "resident", bytes in memory, of whatever
+    kind; "descriptors"; "threads". */
+[[nodiscard]] inline Counts processSize()
+{
+    const auto entriesOf = [] (const char* folder)
+    { return std::distance (std::filesystem::directory_iterator (folder), std::filesystem::directory_iterator()); };
+
+    std::int64_t total = 0;
+    std::int64_t resident = 0;
+    std::ifstream ("/proc/self/statm") >> total >> resident;
+    const auto memory = mallinfo2();
+
+    return { { "heap", static_cast<std::int64_t> (memory.uordblks + memory.hblkhd) },
+             { "resident", resident * sysconf (_SC_PAGESIZE) },
+             { "descriptors", entriesOf ("/proc/self/fd") },
+             { "threads", entriesOf ("/proc/self/task") } };
+}
 
 } // namespace wqv
