@@ -6,8 +6,7 @@
 #include "Rulebook.h"
 
 #include <array>
-#include <optional>
-#include <span>
+#include <vector>
 
 namespace wqv
 {
@@ -46,13 +45,6 @@ private:
         auto answer = mailbox.wait (milliseconds {}, [this] { mailbox.turned(); });
         const std::array<milliseconds, 4> left { limit, limit / 2, std::min (limit, milliseconds (1)), {} };
         answer.remaining = answer.signalled ? left.at (step / 16 % 4) : milliseconds {};
-        expect (answer.signalled || ! hasInterruption, "no interruption is lost");
-        expect (! answerBefore || stopRequested() || answer.code == answerBefore
-                    || answerBefore == ResponseCode::updateMode, // before which one of an earlier wait may count
-                "an answer before an interruption counts");
-        lastAnswer.reset();
-        answerBefore.reset();
-        hasInterruption = hasInterruption && ! answer.interrupted;
         refusesNext = step >= 192;
         rules.heard (answer, limit);
 
@@ -68,32 +60,16 @@ private:
         switch (kind)
         {
             case 0: // what the host hopes for
-            case 1: store ({ rules.rightAnswer(), input.byte() }); break;
-            case 2: store ({ input.byte(), input.byte() }); break;
-            case 3: store (std::vector (1 + input.byte() % 4, input.byte())); break;
-
-            case 4:
-                mailbox.interrupt();
-                answerBefore = hasInterruption ? answerBefore : lastAnswer;
-                hasInterruption = true;
-                break;
-
+            case 1: mailbox.store (std::array { rules.rightAnswer(), input.byte() }, true); break;
+            case 2: mailbox.store (std::array { input.byte(), input.byte() }, true); break;
+            case 3: mailbox.store (std::vector (1 + input.byte() % 4, input.byte()), true); break;
+            case 4: mailbox.interrupt(); break;
             case 5: stop(); break;
             case 6: stopsAfterThis = true; break;
             default: return false;
         }
 
         return true;
-    }
-
-    void store (const std::vector<std::uint8_t>& report)
-    {
-        const auto code = static_cast<ResponseCode> (report.front());
-        mailbox.store (report, true);
-
-        // A late 0xF6 takes no other answer's place.
-        if (! lastAnswer || code != ResponseCode::updateMode)
-            lastAnswer = code;
     }
 
     void stop()
@@ -111,9 +87,6 @@ private:
     ResponseMailbox mailbox;
     bool refusesNext = false;
     bool stopsAfterThis = false;
-    bool hasInterruption = false;             ///< that the host has not heard of yet
-    std::optional<ResponseCode> lastAnswer;   ///< since the last wait
-    std::optional<ResponseCode> answerBefore; ///< before the first interruption since then
 };
 
 /** Sizes for a Conversation: negative for a block that is not to be written. */

@@ -7,18 +7,14 @@ namespace juce
 {
 
 /** Counts how often locks are held. */
-class CriticalSection
+struct CriticalSection
 {
-public:
     static inline int held = 0;
 };
 
-class ScopedLock
+struct ScopedLock
 {
-public:
     explicit ScopedLock (const CriticalSection& /*lock*/) { ++CriticalSection::held; }
-    ScopedLock (const ScopedLock&) = delete;
-    ScopedLock& operator= (const ScopedLock&) = delete;
     ~ScopedLock() { --CriticalSection::held; }
 };
 
@@ -29,8 +25,6 @@ public:
     static inline int starts = 0;       ///< of all threads
 
     explicit Thread (const char* /*name*/) {}
-    Thread (const Thread&) = delete;
-    Thread& operator= (const Thread&) = delete;
     virtual ~Thread() = default;
 
     virtual void run() = 0;

@@ -10,12 +10,8 @@
 namespace juce
 {
 
-class AsyncUpdater
+struct AsyncUpdater
 {
-public:
-    AsyncUpdater() = default;
-    AsyncUpdater (const AsyncUpdater&) = delete;
-    AsyncUpdater& operator= (const AsyncUpdater&) = delete;
     virtual ~AsyncUpdater() = default;
 
     virtual void handleAsyncUpdate() = 0;
