@@ -11,8 +11,9 @@
 namespace wqv
 {
 
-/** Hears all that the host does and is told, and ends the process at the first thing that is not right. */
-class Rulebook
+/** Hears all that the host does and is told, and ends the process at the first thing that is not right. Whoever sends and waits
+    tells it so. */
+class Rulebook : public UpdateSequence::Link
 {
 public:
     using Milliseconds = std::chrono::milliseconds;
@@ -22,15 +23,40 @@ public:
     {
     }
 
+    void ended (bool isComplete, const UpdateFailure& failure) const
+    {
+        expect (step == Step::over || isStopped, "an update is not given up");
+        expect (isComplete == (isConfirmed && ! hasFailed), "an update is complete if all of it was confirmed");
+        expect (isComplete == (failure.cause == UpdateFailure::Cause::none),
+                "a failure has a cause, and only a failure");
+        expect (! isStopped || ! isFarewellDue(), "a controller in an update is told that it is over");
+    }
+
+    void pause (Milliseconds duration) override
+    {
+        expect (isPauseDue && duration == Milliseconds (100), "a pause follows the answer to \"finish\"");
+        isPauseDue = false;
+    }
+
+    void reportProgress (double fraction) override
+    {
+        expect (last == 0 ? fraction == 0.0 : fraction == value / 100.0, "the progress is the controller's own");
+    }
+
+    [[nodiscard]] bool stopRequested() const override { return isStopped; }
+
+protected:
+    ~Rulebook() = default;
+
     void sent (const Request& request, bool isTaken)
     {
-        expect (! isWaiting && step != Step::over && (! stopRequested || isFarewellDue()),
+        expect (! isWaiting && ! isPauseDue && step != Step::over && (! isStopped || isFarewellDue()),
                 "a request comes in its turn");
         expect (request == due(), "a request is the one that is due, in every byte");
 
         last = request[0];
         wasTaken = isTaken;
-        isWaiting = ! stopRequested;
+        isWaiting = ! isStopped;
         limit = Milliseconds (last == 0xF3 ? 180000 : 10000);
 
         if (last == 0xF4)
@@ -88,28 +114,7 @@ public:
         }
     }
 
-    void paused (Milliseconds duration)
-    {
-        expect (isPauseDue && duration == Milliseconds (100), "a pause follows the answer to \"finish\"");
-        isPauseDue = false;
-    }
-
-    void shown (double fraction) const
-    {
-        expect (last == 0 ? fraction == 0.0 : fraction == value / 100.0, "the progress is the controller's own");
-    }
-
-    void stopped() { stopRequested = true; }
-    [[nodiscard]] bool isStopped() const { return stopRequested; }
-
-    void ended (bool isComplete, const UpdateFailure& failure) const
-    {
-        expect (step == Step::over || stopRequested, "an update is not given up");
-        expect (isComplete == (isConfirmed && ! hasFailed), "an update is complete if all of it was confirmed");
-        expect (isComplete == (failure.cause == UpdateFailure::Cause::none),
-                "a failure has a cause, and only a failure");
-        expect (! stopRequested || ! isFarewellDue(), "a controller in an update is told that it is over");
-    }
+    bool isStopped = false;
 
 private:
     enum class Step
@@ -127,7 +132,7 @@ private:
     {
         const auto number = static_cast<std::uint8_t> (current + 1);
 
-        switch (stopRequested ? Step::finish : step)
+        switch (isStopped ? Step::finish : step)
         {
             case Step::enter: return enterUpdateModeRequest();
             case Step::summary: return packageSummaryRequest (info, blocks);
@@ -141,7 +146,7 @@ private:
     {
         if (code == 0xF6 && value == 1)
             step = Step::summary;
-        else if (stopRequested || (code == 0xF6 && value != 0) || modeRequests == 15)
+        else if (isStopped || (code == 0xF6 && value != 0) || modeRequests == 15)
             step = Step::over;
 
         hasFailed = step == Step::over;
@@ -208,7 +213,6 @@ private:
     bool isPauseDue = false;
     bool hasFailed = false;
     bool isConfirmed = false;
-    bool stopRequested = false;
 };
 
 } // namespace wqv

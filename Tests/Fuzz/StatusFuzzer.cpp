@@ -86,9 +86,7 @@ Answer UpdateWorker::wait (std::chrono::milliseconds limit)
     const auto askForTurn = [this]
     {
         context.askForTurn();
-
-        while (juce::AsyncUpdater::pending != nullptr)
-            juce::AsyncUpdater::dispatch();
+        juce::AsyncUpdater::drain();
     };
 
     const auto answer = context.mailbox.wait (limit, askForTurn);
@@ -109,13 +107,9 @@ bool UpdateWorker::stopRequested() const
 namespace
 {
 
-std::filesystem::path goodPackage()
-{
-    static const TemporaryFolder folder;
-    static const auto file =
-        folder.write ("good", writePackage ({ .version = 105, .blocks = { { .id = 1, .data = { 1, 2, 3 } } } }));
-    return file;
-}
+const TemporaryFolder folder;
+const auto goodPackage =
+    folder.write ("good", writePackage ({ .version = 105, .blocks = { { .id = 1, .data = { 1, 2, 3 } } } }));
 
 /** An updater, its surroundings, and what is known of both. */
 class Machine final : private Updater::Listener
@@ -127,7 +121,7 @@ public:
         updater.emplace (Updater::Host { .hidService = service,
                                          .folder = {},
                                          .quit = [this] { ++quits; },
-                                         .package = isGood ? goodPackage() : "",
+                                         .package = isGood ? goodPackage : "",
                                          .keepAwake = [this] { return keepAwake(); } },
                          static_cast<Updater::Listener&> (*this));
         expect (shown == 0, "the listener is not called while the updater is made");
@@ -136,11 +130,29 @@ public:
 
     void play (Input& input)
     {
-        before = updater->status();
-        const auto shownBefore = shown;
-        const auto event = input.byte();
-        happen (event % 16, event / 16, input);
-        expect (updater->status() == before || shown != shownBefore, "the listener hears of each change");
+        const unsigned byte = input.byte();
+        const auto event = byte % 16;
+        const auto value = byte / 16;
+
+        switch (event)
+        {
+            case 0: plugIn (value); break;
+            case 1: unplug(); break;
+            case 2: report ({ input.byte(), input.byte() }); break;
+            case 3: confirm(); break;
+            case 4: leave(); break;
+            case 5: juce::AsyncUpdater::dispatch(); break;
+            case 6: settle(); break;
+            case 7:
+            case 8:
+            case 9:
+            case 10: work (static_cast<Worker::Act> (event - 7)); break;
+            case 11: abandon(); break;
+            case 12: juce::Thread::canStart = value % 2 == 0; break;
+            case 13: pressesWhenShown = value % 2 == 0; break;
+            default: break;
+        }
+
         check();
     }
 
@@ -157,28 +169,6 @@ public:
     }
 
 private:
-    void happen (unsigned event, unsigned value, Input& input)
-    {
-        switch (event)
-        {
-            case 0: plugIn (value); break;
-            case 1: unplug(); break;
-            case 2: report ({ input.byte(), input.byte() }); break;
-            case 3: confirm(); break;
-            case 4: leave(); break;
-            case 5: juce::AsyncUpdater::dispatch(); break;
-            case 6: settle(); break;
-            case 7: work (Worker::Act::send); break;
-            case 8: work (Worker::Act::wait); break;
-            case 9: work (Worker::Act::complete); break;
-            case 10: work (Worker::Act::fail); break;
-            case 11: abandon(); break;
-            case 12: juce::Thread::canStart = value % 2 == 0; break;
-            case 13: pressesWhenShown = value % 2 == 0; break;
-            default: break;
-        }
-    }
-
     void plugIn (unsigned kind)
     {
         if (device != 0)
@@ -250,11 +240,7 @@ private:
 
     void settle()
     {
-        for (int rounds = 0; juce::AsyncUpdater::pending != nullptr; ++rounds)
-        {
-            expect (rounds < 10, "the message loop comes to rest");
-            juce::AsyncUpdater::dispatch();
-        }
+        juce::AsyncUpdater::drain();
 
         // Where nothing is under way, the screen is that of the device.
         const auto status = updater->status();
@@ -269,7 +255,7 @@ private:
     void check() const
     {
         const auto status = updater->status();
-        expect (mayFollow (before, status), "the status changes as it may");
+        expect (status == lastShown, "the listener hears of each change");
         expect (juce::Thread::starts <= 1, "the worker starts once");
         expect (awake.expired() == (status != UPDATER_STATUS_UPDATING), "the machine is awake while updating");
         expect (quits == (isLeaving ? 1 : 0), "the program is ended once, and by the user");
@@ -297,8 +283,8 @@ private:
     {
         ++shown;
         expect (juce::CriticalSection::held == 0, "whoever is told holds nothing up");
-        expect (mayFollow (before, updater->status()), "each status that is shown may follow");
-        before = updater->status();
+        expect (mayFollow (lastShown, updater->status()), "the status changes as it may");
+        lastShown = updater->status();
 
         if (std::exchange (pressesWhenShown, false))
             confirm();
@@ -325,7 +311,7 @@ private:
     HidDeviceId device = 0; ///< 0 while none is plugged in
     HidDeviceId lastDevice = 0;
     std::int32_t version = -1; ///< of the controller that can be used
-    UpdaterStatus_t before = UPDATER_STATUS_START;
+    UpdaterStatus_t lastShown = UPDATER_STATUS_START;
     std::optional<Updater> updater;
 };
 

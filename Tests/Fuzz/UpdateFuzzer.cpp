@@ -16,21 +16,19 @@ namespace
 using std::chrono::milliseconds;
 
 /** Answers whatever the input says, through the program's mailbox. Behind the end of the input it is silent. */
-class InputDevice final : public UpdateSequence::Link
+class InputDevice final : public Rulebook
 {
 public:
     InputDevice (Input& inputToUse, const upd_info_t& info, const FirmwareBlocks& blocks)
-        : input (inputToUse), rules (info, blocks)
+        : Rulebook (info, blocks), input (inputToUse)
     {
     }
-
-    Rulebook& rulebook() { return rules; }
 
 private:
     bool send (const Request& request) override
     {
         const auto isTaken = ! std::exchange (refusesNext, false);
-        rules.sent (request, isTaken);
+        sent (request, isTaken);
         return isTaken;
     }
 
@@ -46,7 +44,7 @@ private:
         const std::array<milliseconds, 4> left { limit, limit / 2, std::min (limit, milliseconds (1)), {} };
         answer.remaining = answer.signalled ? left.at (step / 16 % 4) : milliseconds {};
         refusesNext = step >= 192;
-        rules.heard (answer, limit);
+        heard (answer, limit);
 
         if (stopsAfterThis)
             stop();
@@ -60,7 +58,7 @@ private:
         switch (kind)
         {
             case 0: // what the host hopes for
-            case 1: mailbox.store (std::array { rules.rightAnswer(), input.byte() }, true); break;
+            case 1: mailbox.store (std::array { rightAnswer(), input.byte() }, true); break;
             case 2: mailbox.store (std::array { input.byte(), input.byte() }, true); break;
             case 3: mailbox.store (std::vector (1 + input.byte() % 4, input.byte()), true); break;
             case 4: mailbox.interrupt(); break;
@@ -75,15 +73,10 @@ private:
     void stop()
     {
         mailbox.stop();
-        rules.stopped();
+        isStopped = true;
     }
 
-    void pause (milliseconds duration) override { rules.paused (duration); }
-    void reportProgress (double fraction) override { rules.shown (fraction); }
-    bool stopRequested() const override { return rules.isStopped(); }
-
     Input& input;
-    Rulebook rules;
     ResponseMailbox mailbox;
     bool refusesNext = false;
     bool stopsAfterThis = false;
@@ -113,6 +106,6 @@ int LLVMFuzzerTestOneInput (const std::uint8_t* data, std::size_t size)
     wqv::InputDevice device (input, update.info, update.blocks);
     wqv::UpdateSequence sequence (device, update.info, update.blocks);
     const auto isComplete = sequence.run();
-    device.rulebook().ended (isComplete, sequence.failure());
+    device.ended (isComplete, sequence.failure());
     return 0;
 }

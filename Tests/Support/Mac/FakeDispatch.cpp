@@ -5,16 +5,6 @@
 
 #include <gtest/gtest.h>
 
-namespace
-{
-
-wqv::FakeMac::SignalSource& sourceAt (dispatch_object_t object)
-{
-    return wqv::FakeMac::get().sources[objectAt (object).number];
-}
-
-} // namespace
-
 dispatch_queue_t dispatch_get_main_queue()
 {
     static char queue;
@@ -32,22 +22,22 @@ dispatch_source_t dispatch_source_create (dispatch_source_type_t,
 
 void dispatch_set_context (dispatch_object_t object, void* context)
 {
-    sourceAt (object).onSignal.context = context;
+    objectAt (object).context = context;
 }
 
 void dispatch_source_set_event_handler_f (dispatch_source_t source, dispatch_function_t handler)
 {
-    sourceAt (source).onSignal.function = handler;
+    objectAt (source).handler = handler;
 }
 
 void dispatch_resume (dispatch_object_t object)
 {
-    sourceAt (object).isActive = true;
+    objectAt (object).isActive = true;
 }
 
 void dispatch_source_cancel (dispatch_source_t source)
 {
-    sourceAt (source).isActive = false;
+    objectAt (source).isActive = false;
 }
 
 void dispatch_release (dispatch_object_t object)

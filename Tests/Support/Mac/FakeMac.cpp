@@ -13,12 +13,6 @@ namespace
 
 FakeMac* current = nullptr;
 
-void callManager (const FakeMac::Callback<IOHIDDeviceCallback>& callback, IOHIDDeviceRef device)
-{
-    if (FakeMac::get().manager.isScheduled && callback.function != nullptr)
-        callback.function (callback.context, kIOReturnSuccess, nullptr, device);
-}
-
 } // namespace
 
 FakeMac::FakeMac()
@@ -69,10 +63,12 @@ void FakeMac::unplug (int number)
     pending.emplace_back (
         [this, &device]
         {
-            if (device.isScheduled && device.onRemoval.function != nullptr)
-                device.onRemoval.function (device.onRemoval.context, kIOReturnSuccess, device.reference);
+            if (device.isScheduled)
+                device.onRemoval (device.reference);
 
-            callManager (manager.onRemoval, device.reference);
+            if (manager.isScheduled)
+                manager.onRemoval (nullptr, device.reference);
+
             device.isListed = false;
             CFRelease (device.reference);
         });
@@ -84,18 +80,12 @@ void FakeMac::send (int number, std::vector<std::uint8_t> report, std::optional<
     pending.emplace_back (
         [&device, length, bytes = std::move (report)]
         {
-            if (! device.isAttached || ! device.isScheduled || device.onReport.function == nullptr)
+            if (! device.isAttached || ! device.isScheduled)
                 return;
 
             const auto size = static_cast<CFIndex> (bytes.size());
             std::copy_n (bytes.begin(), std::min (size, device.bufferSize), device.buffer);
-            device.onReport.function (device.onReport.context,
-                                      kIOReturnSuccess,
-                                      device.reference,
-                                      kIOHIDReportTypeInput,
-                                      0,
-                                      device.buffer,
-                                      length.value_or (size));
+            device.onReport (device.reference, kIOHIDReportTypeInput, 0u, device.buffer, length.value_or (size));
         });
 }
 
@@ -107,12 +97,14 @@ void FakeMac::turn()
 
 bool FakeMac::raise (int signal)
 {
-    const auto& [isActive, onSignal] = sources[signal];
+    const auto source = std::ranges::find_if (
+        objects, [signal] (const CfObject& object) { return object.isActive && object.number == signal; });
 
-    if (isActive)
-        onSignal.function (onSignal.context);
+    if (source == objects.end())
+        return false;
 
-    return isActive;
+    source->handler (source->context);
+    return true;
 }
 
 void FakeMac::tellOfAttached (Device& device)
@@ -120,8 +112,8 @@ void FakeMac::tellOfAttached (Device& device)
     pending.emplace_back (
         [this, &device]
         {
-            if (device.isAttached)
-                callManager (manager.onMatching, device.reference);
+            if (device.isAttached && manager.isScheduled)
+                manager.onMatching (nullptr, device.reference);
         });
 }
 

@@ -3,8 +3,6 @@
 
 #pragma once
 
-#include "CfObject.h"
-
 #include <IOKit/hid/IOHIDLib.h>
 #include <dispatch/dispatch.h>
 
@@ -16,6 +14,38 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+enum Type : CFTypeID
+{
+    otherType,
+    stringType,
+    numberType,
+    arrayType,
+    deviceType
+};
+
+/** What a reference points to. It stays there until the made-up Mac ends, so that the use of one that is gone is seen. */
+struct CfObject
+{
+    static constexpr int forEver = -1; ///< the owners of a constant
+
+    Type type = otherType;
+    std::string text {};
+    std::int32_t number = 0; ///< a number's; of a device or a source of signals, which one it is
+
+    // They are retained.
+    std::vector<CFTypeRef> elements {};
+    std::map<std::string, CFTypeRef> values {}; ///< of a dictionary, and of a device's properties
+
+    dispatch_function_t handler = nullptr; ///< of a source of signals, as what follows
+    void* context = nullptr;
+    bool isActive = false;
+
+    int owners = 1;
+};
+
+/** The object that a reference points to; if it is gone, the test fails. */
+CfObject& objectAt (CFTypeRef reference);
 
 namespace wqv
 {
@@ -71,9 +101,17 @@ public:
 
     // For the stand-ins.
 
+    /** Does nothing while none is registered. */
     template <typename Function>
     struct Callback
     {
+        template <typename... Arguments>
+        void operator() (Arguments... arguments) const
+        {
+            if (function != nullptr)
+                function (context, kIOReturnSuccess, arguments...);
+        }
+
         Function function = nullptr;
         void* context = nullptr;
     };
@@ -99,19 +137,12 @@ public:
         Callback<IOHIDReportCallback> onReport {};
     };
 
-    struct SignalSource
-    {
-        bool isActive = false;
-        Callback<dispatch_function_t> onSignal {};
-    };
-
     [[nodiscard]] std::optional<IOReturn> failureOf (const std::string& function);
     void tellOfAttached (Device& device);
 
     std::deque<CfObject> objects;
     std::deque<Device> devices; ///< those that are gone too
     Manager manager;
-    std::map<int, SignalSource> sources; ///< by signal
     CFRunLoopRef runLoop = nullptr;
 
 private:
@@ -120,6 +151,7 @@ private:
 
 } // namespace wqv
 
+/** A new object for its one owner. */
 template <typename Reference>
 Reference make (CfObject object)
 {

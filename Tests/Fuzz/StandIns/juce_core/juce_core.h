@@ -31,12 +31,8 @@ public:
 
     bool startThread()
     {
-        if (! isRunning && canStart)
-        {
-            isRunning = true;
-            ++starts;
-        }
-
+        starts += ! isRunning && canStart ? 1 : 0;
+        isRunning = isRunning || canStart;
         return isRunning;
     }
 

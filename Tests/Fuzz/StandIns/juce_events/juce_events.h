@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "Fuzz.h"
 #include "juce_core/juce_core.h"
 
 #include <utility>
@@ -23,6 +24,15 @@ struct AsyncUpdater
     {
         if (auto* const updater = std::exchange (pending, nullptr))
             updater->handleAsyncUpdate();
+    }
+
+    static void drain()
+    {
+        for (int rounds = 0; pending != nullptr; ++rounds)
+        {
+            wqv::expect (rounds < 10, "the message loop comes to rest");
+            dispatch();
+        }
     }
 
     /** Whose update is due; null if nobody's. */
