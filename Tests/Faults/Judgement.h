@@ -68,7 +68,7 @@ private:
         constexpr auto early = 50ms;
         constexpr auto late = 8s;
 
-        Conversation reference (sizes(), faults);
+        Conversation reference ({ 200, -50, 100 }, faults); // with blocks as those of the small package
         UpdateSequence sequence (reference, reference.info, reference.blocks);
         expect (sequence.run() == (update.updater->status() == UPDATER_STATUS_COMPLETE),
                 "complete, or not, as without threads");
@@ -122,17 +122,6 @@ private:
         }
 
         return numbers;
-    }
-
-    /** The sizes of the small package's blocks, as a Conversation takes them. */
-    static std::vector<int> sizes()
-    {
-        std::vector<int> list;
-
-        for (const auto& block : smallPackage().blocks)
-            list.push_back (static_cast<int> (block.data.size()) * (block.enabled ? 1 : -1));
-
-        return list;
     }
 };
 

@@ -3,13 +3,19 @@
 
 #include "FaultedUpdate.h"
 #include "Judgement.h"
-#include "ProcessSize.h"
+
+#include <malloc.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <iostream>
+#include <iterator>
+#include <map>
 
 namespace
 {
@@ -26,6 +32,26 @@ constexpr std::array causes { "none", "noData", "notSent", "noAnswer", "wrongAns
 
 /** Updates before the process has all the memory that it needs. */
 constexpr int warmUp = 100;
+
+using Counts = std::map<std::string, std::int64_t>;
+
+/** What this process holds. By name: "heap", bytes that are allocated, which only the system's own allocator knows; "resident", bytes in memory, of whatever
+    kind; "descriptors"; "threads". */
+Counts processSize()
+{
+    const auto entriesOf = [] (const char* folder)
+    { return std::distance (std::filesystem::directory_iterator (folder), std::filesystem::directory_iterator()); };
+
+    std::int64_t total = 0;
+    std::int64_t resident = 0;
+    std::ifstream ("/proc/self/statm") >> total >> resident;
+    const auto memory = mallinfo2();
+
+    return { { "heap", static_cast<std::int64_t> (memory.uordblks + memory.hblkhd) },
+             { "resident", resident * sysconf (_SC_PAGESIZE) },
+             { "descriptors", entriesOf ("/proc/self/fd") },
+             { "threads", entriesOf ("/proc/self/task") } };
+}
 
 /** "leftOut" is complete without a block that the controller did not want. */
 std::string outcomeOf (const FaultedUpdate& update)

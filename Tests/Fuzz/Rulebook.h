@@ -7,6 +7,7 @@
 #include "UpdateSequence.h"
 
 #include <chrono>
+#include <utility>
 
 namespace wqv
 {
@@ -52,8 +53,10 @@ protected:
     {
         expect (! isWaiting && ! isPauseDue && step != Step::over && (! isStopped || isFarewellDue()),
                 "a request comes in its turn");
-        expect (request == due(), "a request is the one that is due, in every byte");
+        const auto [dueRequest, dueAnswer] = due();
+        expect (request == dueRequest, "a request is the one that is due, in every byte");
 
+        rightAnswer = dueAnswer;
         last = request[0];
         wasTaken = isTaken;
         isWaiting = ! isStopped;
@@ -101,19 +104,7 @@ protected:
         }
     }
 
-    /** The answer that lets the update go on. */
-    [[nodiscard]] std::uint8_t rightAnswer() const
-    {
-        switch (last)
-        {
-            case 0xF4: return 0xF6;
-            case 0xF0: return 0xF8;
-            case 0xF1: return 0xF9;
-            case 0xF3: return isLastPiece() ? 0xFB : 0xF9;
-            default: return 0xFC;
-        }
-    }
-
+    std::uint8_t rightAnswer = 0; ///< lets the update go on
     bool isStopped = false;
 
 private:
@@ -127,18 +118,19 @@ private:
         over
     };
 
-    /** The only request that may come. What its bytes are, the tests of the requests say. */
-    [[nodiscard]] Request due() const
+    /** The only request that may come, and the answer that it hopes for. What its bytes are, the tests of the requests say. */
+    [[nodiscard]] std::pair<Request, std::uint8_t> due() const
     {
         const auto number = static_cast<std::uint8_t> (current + 1);
 
         switch (isStopped ? Step::finish : step)
         {
-            case Step::enter: return enterUpdateModeRequest();
-            case Step::summary: return packageSummaryRequest (info, blocks);
-            case Step::header: return blockHeaderRequest (number, blocks[current].size);
-            case Step::data: return blockDataRequest (number, blocks[current].data, piece);
-            default: return finishRequest();
+            case Step::enter: return { enterUpdateModeRequest(), 0xF6 };
+            case Step::summary: return { packageSummaryRequest (info, blocks), 0xF8 };
+            case Step::header: return { blockHeaderRequest (number, blocks[current].size), 0xF9 };
+            case Step::data:
+                return { blockDataRequest (number, blocks[current].data, piece), isLastPiece() ? 0xFB : 0xF9 };
+            default: return { finishRequest(), 0xFC };
         }
     }
 

@@ -58,7 +58,7 @@ private:
         switch (kind)
         {
             case 0: // what the host hopes for
-            case 1: mailbox.store (std::array { rightAnswer(), input.byte() }, true); break;
+            case 1: mailbox.store (std::array { rightAnswer, input.byte() }, true); break;
             case 2: mailbox.store (std::array { input.byte(), input.byte() }, true); break;
             case 3: mailbox.store (std::vector (1 + input.byte() % 4, input.byte()), true); break;
             case 4: mailbox.interrupt(); break;
@@ -89,7 +89,8 @@ std::vector<int> sizesFrom (Input& input)
 
     for (auto& size : sizes)
     {
-        const auto word = static_cast<int> (input.word());
+        const int low = input.byte();
+        const int word = low | input.byte() << 8;
         size = (word >= 0x8000 ? -1 : 1) * (word % 0x8000 % 260);
     }
 

@@ -6,16 +6,12 @@
 namespace juce
 {
 
-/** Counts how often locks are held. */
 struct CriticalSection
-{
-    static inline int held = 0;
-};
+{};
 
 struct ScopedLock
 {
-    explicit ScopedLock (const CriticalSection& /*lock*/) { ++CriticalSection::held; }
-    ~ScopedLock() { --CriticalSection::held; }
+    explicit ScopedLock (const CriticalSection& /*lock*/) {}
 };
 
 class Thread
