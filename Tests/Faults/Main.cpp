@@ -68,7 +68,7 @@ std::string outcomeOf (const FaultedUpdate& update)
 /** The heap may differ by what is freed later; the rest of the memory comes in pages. */
 bool isSteady (const Counts& growth)
 {
-    return growth.at ("heap") < 16 * 1024 && growth.at ("resident") < 512 * 1024 && growth.at ("descriptors") <= 0
+    return growth.at ("heap") < 16'384 && growth.at ("resident") < 524'288 && growth.at ("descriptors") <= 0
            && growth.at ("threads") <= 0;
 }
 
@@ -122,9 +122,9 @@ bool runScript (const std::string& script, int times, bool mustBeSteady)
     if (mustBeSteady && ! isSteady (growth))
         ++broken["the process does not grow"];
 
-    std::cout << "{\"script\":\"" << script << "\",\"updates\":" << times << ",\"took_ms\":" << longest.count()
-              << ",\"by_protocol_ms\":" << byProtocol << ",\"outcomes\":" << json (outcomes)
-              << ",\"growth\":" << json (growth) << ",\"broken\":" << json (broken) << '}' << std::endl;
+    std::cout << R"({"script":")" << script << R"(","updates":)" << times << R"(,"took_ms":)" << longest.count()
+              << R"(,"by_protocol_ms":)" << byProtocol << R"(,"outcomes":)" << json (outcomes) << R"(,"growth":)"
+              << json (growth) << R"(,"broken":)" << json (broken) << '}' << std::endl;
     return broken.empty();
 }
 

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstring>
 #include <gtest/gtest.h>
-#include <ranges>
 
 using wqv::FakeMac;
 
@@ -53,7 +52,9 @@ void CFRelease (CFTypeRef reference)
         return;
 
     std::ranges::for_each (object.elements, CFRelease);
-    std::ranges::for_each (object.values | std::views::values, CFRelease);
+
+    for (const auto& [key, value] : object.values)
+        CFRelease (value);
 }
 
 CFTypeID CFGetTypeID (CFTypeRef reference)
