@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Fuzzes the updater's status machine: presses, plugs, reports, rounds of the message loop and steps of the worker, in any order,
-// with any package. JUCE is a stand-in, and so is the worker, which does what the input says.
+// with a good package or none. JUCE is a stand-in, and so is the worker, which does what the input says.
 
 #include "FakeHidService.h"
 #include "Fuzz.h"
