@@ -3,42 +3,73 @@
 
 #pragma once
 
-#include "FaultScript.h"
-#include "UpdateFailure.h"
-#include "UpdaterStatus.h"
+#include "Responses.h"
+#include "TracedHidService.h"
+#include "UpdaterFixture.h"
 
+#include <array>
 #include <chrono>
-#include <cstdint>
-#include <map>
-#include <string>
-#include <vector>
+#include <sstream>
 
 namespace wqv
 {
 
-struct FaultedUpdate
+/** Updates a new virtual controller with the small package of the tests, waits for the outcome, and then tries to change it:
+    by late answers, and by the controller being plugged in again. Message thread, one at a time. What came of it, controller and
+    updater know too, whose worker has ended. */
+class FaultedUpdate final : public UpdaterSurroundings, private Updater::Listener
 {
-    std::string script;
-    FaultScript faults;
+public:
+    using Clock = std::chrono::steady_clock;
 
-    UpdaterStatus_t status = UPDATER_STATUS_START; ///< as it stays, whatever comes after the outcome
+    /** @param script  one that parseFaultScript() takes */
+    explicit FaultedUpdate (const std::string& script) : UpdaterSurroundings (script)
+    {
+        plugIn();
+
+        auto surroundings = host();
+        updater.emplace (Updater::Host { .hidService = traced,
+                                         .folder = surroundings.folder,
+                                         .quit = surroundings.quit,
+                                         .keepAwake = surroundings.keepAwake },
+                         static_cast<Updater::Listener&> (*this));
+
+        updater->confirm();
+        const auto begin = Clock::now();
+        updater->confirm();
+        loop.runUntil ([this] { return updater->status() > UPDATER_STATUS_UPDATING; });
+        duration = std::chrono::duration_cast<std::chrono::milliseconds> (Clock::now() - begin);
+
+        const auto requestsBefore = requests.codes().size();
+        tryToChangeTheOutcome();
+        sendsAfterEnd = requests.codes().size() > requestsBefore;
+    }
+
     std::vector<UpdaterStatus_t> shown;
-    UpdateFailure failure;
-    bool isAwake = false;           ///< after the outcome
-    std::int32_t deviceVersion = 0; ///< as the updater reads it from the controller, plugged in again after the outcome
     std::chrono::milliseconds duration {}; ///< from the start to the outcome
     bool sendsAfterEnd = false;
-    std::string trace;
+    std::stringstream trace;
+    TraceWriter writer { trace };
+    TracedHidService traced { requests, writer };
+    std::optional<Updater> updater;
 
-    // As the controller sees it.
-    std::map<std::uint8_t, std::vector<std::uint8_t>> receivedBlocks;
-    std::vector<std::string> hostErrors;
-    bool isUpdated = false;
+private:
+    void updaterChanged() override { shown.push_back (updater->status()); }
+
+    void tryToChangeTheOutcome()
+    {
+        for (const auto& present : service.devices())
+        {
+            for (const auto code : { ResponseCode::updateFinished, ResponseCode::updateMode, ResponseCode::ready })
+                service.deliver (present.id, std::array { static_cast<std::uint8_t> (code), std::uint8_t { 1 } });
+
+            service.unplug (present.id);
+        }
+
+        loop.drain();
+        service.plugIn (&controller);
+        loop.drain();
+    }
 };
-
-/** Updates a new virtual controller with the small package of the tests, waits for the outcome, and then tries to change it:
-    by late answers, and by the controller being plugged in again. Message thread, one update at a time.
-    @param script  one that parseFaultScript() takes */
-[[nodiscard]] FaultedUpdate runUpdate (const std::string& script);
 
 } // namespace wqv

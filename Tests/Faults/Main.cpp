@@ -3,127 +3,158 @@
 
 #include "FaultedUpdate.h"
 #include "Judgement.h"
-#include "MessageLoop.h"
-#include "ProcessSize.h"
 
-#include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
+#include <malloc.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <iostream>
+#include <iterator>
+#include <map>
 
 namespace
 {
 
 using namespace wqv;
 
+constexpr const auto* usage =
+    "usage: wqv-faults [--times N] [--steady] SCRIPT...\n"
+    "Updates virtual controllers that have faults, such as silent@2 or busy@4:3,unplug@5, N times with each script; empty for\n"
+    "none. With --steady the process may not grow, after a hundred updates or half of them. A line of JSON for each script;\n"
+    "status 1 if a promise was broken, and then the traces on standard error.\n";
+
 constexpr std::array causes { "none", "noData", "notSent", "noAnswer", "wrongAnswer", "interrupted", "stopped" };
 
 /** Updates before the process has all the memory that it needs. */
 constexpr int warmUp = 100;
 
-struct Options
+using Counts = std::map<std::string, std::int64_t>;
+
+/** What this process holds. By name: "heap", bytes that are allocated, which only the system's own allocator knows; "resident", bytes in memory, of whatever
+    kind; "descriptors"; "threads". */
+Counts processSize()
 {
-    std::vector<std::string> scripts;
-    int times = 1;
-    bool isSteady = false;
-};
+    const auto entriesOf = [] (const char* folder)
+    { return std::distance (std::filesystem::directory_iterator (folder), std::filesystem::directory_iterator()); };
+
+    std::int64_t total = 0;
+    std::int64_t resident = 0;
+    std::ifstream ("/proc/self/statm") >> total >> resident;
+    const auto memory = mallinfo2();
+
+    return { { "heap", static_cast<std::int64_t> (memory.uordblks + memory.hblkhd) },
+             { "resident", resident * sysconf (_SC_PAGESIZE) },
+             { "descriptors", entriesOf ("/proc/self/fd") },
+             { "threads", entriesOf ("/proc/self/task") } };
+}
 
 /** "leftOut" is complete without a block that the controller did not want. */
 std::string outcomeOf (const FaultedUpdate& update)
 {
-    if (update.status == UPDATER_STATUS_COMPLETE)
-        return update.isUpdated ? "complete" : "leftOut";
+    if (update.updater->status() == UPDATER_STATUS_COMPLETE)
+        return update.controller.isUpdated() ? "complete" : "leftOut";
 
+    const auto& failure = update.updater->failure();
     std::array<char, 8> request {};
-    std::snprintf (request.data(), request.size(), " at %02X", static_cast<unsigned> (update.failure.request));
-    return causes.at (static_cast<std::size_t> (update.failure.cause)) + std::string (request.data());
-}
-
-nlohmann::json growthSince (const ProcessSize& before)
-{
-    const auto now = processSize();
-    return { { "heap", now.heap - before.heap },
-             { "resident", now.resident - before.resident },
-             { "descriptors", now.descriptors - before.descriptors },
-             { "threads", now.threads - before.threads } };
+    std::snprintf (request.data(), request.size(), " at %02X", static_cast<unsigned> (failure.request));
+    return causes.at (static_cast<std::size_t> (failure.cause)) + std::string (request.data());
 }
 
 /** The heap may differ by what is freed later; the rest of the memory comes in pages. */
-bool isSteady (const nlohmann::json& growth)
+bool isSteady (const Counts& growth)
 {
-    return growth["heap"] < 16 * 1024 && growth["resident"] < 512 * 1024 && growth["descriptors"] <= 0
-           && growth["threads"] <= 0;
+    return growth.at ("heap") < 16'384 && growth.at ("resident") < 524'288 && growth.at ("descriptors") <= 0
+           && growth.at ("threads") <= 0;
 }
 
-/** @returns a line of the table */
-nlohmann::json runScript (const std::string& script, const Options& options)
+/** An object of JSON. */
+std::string json (const Counts& counts)
 {
-    nlohmann::json line { { "script", script }, { "updates", options.times }, { "broken", nlohmann::json::array() } };
-    auto& outcomes = line["outcomes"] = nlohmann::json::object();
+    std::string text;
+
+    for (const auto& [name, count] : counts)
+        text += (text.empty() ? "\"" : ",\"") + name + "\":" + std::to_string (count);
+
+    return '{' + text + '}';
+}
+
+/** Prints a line of the table.
+    @returns whether all promises were kept */
+bool runScript (const std::string& script, int times, bool mustBeSteady)
+{
     std::chrono::milliseconds longest {};
-    ProcessSize size;
+    std::string byProtocol = "null";
+    Counts outcomes;
+    Counts broken;
+    Counts growth;
 
-    for (int i = 0; i < options.times; ++i)
+    for (int i = 0; i < times; ++i)
     {
-        if (i == std::min (warmUp, options.times / 2))
-            size = processSize();
+        if (i == std::min (warmUp, times / 2))
+            growth = processSize();
 
-        const auto update = runUpdate (script);
-        const auto judgement = judge (update);
-        auto& count = outcomes[outcomeOf (update)];
-        count = count.is_null() ? 1 : count.get<int>() + 1;
-
+        const FaultedUpdate update (script);
+        const Judgement judgement (update, parseFaultScript (script).value());
         longest = std::max (longest, update.duration);
-        line["took_ms"] = longest.count();
+        ++outcomes[outcomeOf (update)];
 
         if (judgement.byProtocol)
-            line["by_protocol_ms"] = judgement.byProtocol->count();
+            byProtocol = std::to_string (judgement.byProtocol->count());
 
         for (const auto& promise : judgement.broken)
-            line["broken"].push_back (promise);
+        {
+            std::cerr << "# " << script << ": " << promise << '\n';
+            ++broken[promise];
+        }
 
         if (! judgement.broken.empty())
-            std::cerr << "# " << script << ": " << nlohmann::json (judgement.broken).dump() << '\n' << update.trace;
+            std::cerr << update.trace.str();
     }
 
-    line["growth"] = growthSince (size);
+    for (const auto& [name, count] : processSize())
+        growth[name] = count - growth[name];
 
-    if (options.isSteady && ! isSteady (line["growth"]))
-        line["broken"].push_back ("the process does not grow");
+    if (mustBeSteady && ! isSteady (growth))
+        ++broken["the process does not grow"];
 
-    return line;
+    std::cout << R"({"script":")" << script << R"(","updates":)" << times << R"(,"took_ms":)" << longest.count()
+              << R"(,"by_protocol_ms":)" << byProtocol << R"(,"outcomes":)" << json (outcomes) << R"(,"growth":)"
+              << json (growth) << R"(,"broken":)" << json (broken) << '}' << std::endl;
+    return broken.empty();
 }
 
 } // namespace
 
-// NOLINTNEXTLINE (bugprone-exception-escape): what is no JSON of this program's may end it
 int main (int argc, char** argv)
 {
-    CLI::App app {
-        "Updates virtual controllers that have faults. A line of JSON for each script; status 1 if a promise "
-        "was broken, and then the traces on standard error."
-    };
-    Options options;
-    app.add_option ("scripts", options.scripts, "Faults, such as silent@2 or busy@4:3,unplug@5; empty for none")
-        ->required()
-        ->check ([] (const std::string& text)
-                 { return parseFaultScript (text) ? std::string() : "not a fault script: " + text; });
-    app.add_option ("--times", options.times, "How many updates with each script")->check (CLI::PositiveNumber);
-    app.add_flag ("--steady", options.isSteady, "Nor may the process grow, after a hundred updates or half of them");
-    CLI11_PARSE (app, argc, argv);
+    std::vector<std::string> scripts (argv + 1, argv + argc);
+    const auto mustBeSteady = std::erase (scripts, "--steady") > 0;
+    int times = 1;
+
+    if (scripts.size() > 1 && scripts[0] == "--times")
+    {
+        times = std::atoi (scripts[1].c_str());
+        scripts.erase (scripts.begin(), scripts.begin() + 2);
+    }
+
+    const auto isScript = [] (const std::string& text) { return parseFaultScript (text).has_value(); };
+
+    if (times <= 0 || scripts.empty() || ! std::ranges::all_of (scripts, isScript))
+    {
+        std::cerr << usage;
+        return 2;
+    }
 
     const MessageLoop keepsJuce;
     auto isGood = true;
 
-    for (const auto& script : options.scripts)
-    {
-        const auto line = runScript (script, options);
-        isGood = isGood && line["broken"].empty();
-        std::cout << line.dump() << std::endl;
-    }
+    for (const auto& script : scripts)
+        isGood = runScript (script, times, mustBeSteady) && isGood;
 
     return isGood ? 0 : 1;
 }

@@ -26,8 +26,7 @@ std::uint32_t longest (const std::map<std::uint32_t, double>& bitsOfReports)
 
 ReportLengths plainlyRead (Input input)
 {
-    std::map<std::uint32_t, double> inputBits;
-    std::map<std::uint32_t, double> outputBits;
+    std::map<int, std::map<std::uint32_t, double>> bits; // of each report, by the kind of item
     std::uint32_t size = 0;
     std::uint32_t count = 0;
     std::uint32_t id = 0;
@@ -49,20 +48,16 @@ ReportLengths plainlyRead (Input input)
         for (int i = 0; i < (prefix % 4 == 3 ? 4 : prefix % 4); ++i)
             value |= std::uint32_t { input.byte() } << (8 * i);
 
-        const auto bits = static_cast<double> (size) * count;
-
         switch (prefix / 4)
         {
             case 0x74 / 4: size = value; break;
             case 0x94 / 4: count = value; break;
             case 0x84 / 4: id = value % 256; break;
-            case 0x80 / 4: inputBits[id] += bits; break;
-            case 0x90 / 4: outputBits[id] += bits; break;
-            default: break;
+            default: bits[prefix / 4][id] += static_cast<double> (size) * count; break;
         }
     }
 
-    return { .input = longest (inputBits), .output = longest (outputBits) };
+    return { .input = longest (bits[0x80 / 4]), .output = longest (bits[0x90 / 4]) };
 }
 
 } // namespace

@@ -43,13 +43,6 @@ public:
         return first;
     }
 
-    /** Two bytes, the more significant one last. */
-    [[nodiscard]] std::uint32_t word()
-    {
-        const std::uint32_t low = byte();
-        return low | static_cast<std::uint32_t> (byte() << 8);
-    }
-
 private:
     std::span<const std::uint8_t> rest;
 };

@@ -6,14 +6,15 @@
 #include "Fuzz.h"
 #include "UpdateSequence.h"
 
-#include <algorithm>
 #include <chrono>
+#include <utility>
 
 namespace wqv
 {
 
-/** Hears all that the host does and is told, and ends the process at the first thing that is not right. */
-class Rulebook
+/** Hears all that the host does and is told, and ends the process at the first thing that is not right. Whoever sends and waits
+    tells it so. */
+class Rulebook : public UpdateSequence::Link
 {
 public:
     using Milliseconds = std::chrono::milliseconds;
@@ -23,38 +24,49 @@ public:
     {
     }
 
+    void ended (bool isComplete, const UpdateFailure& failure) const
+    {
+        expect (step == Step::over || isStopped, "an update is not given up");
+        expect (isComplete == (isConfirmed && ! hasFailed), "an update is complete if all of it was confirmed");
+        expect (isComplete == (failure.cause == UpdateFailure::Cause::none),
+                "a failure has a cause, and only a failure");
+        expect (! isStopped || ! isFarewellDue(), "a controller in an update is told that it is over");
+    }
+
+    void pause (Milliseconds duration) override
+    {
+        expect (isPauseDue && duration == Milliseconds (100), "a pause follows the answer to \"finish\"");
+        isPauseDue = false;
+    }
+
+    void reportProgress (double fraction) override
+    {
+        expect (last == 0 ? fraction == 0.0 : fraction == value / 100.0, "the progress is the controller's own");
+    }
+
+    [[nodiscard]] bool stopRequested() const override { return isStopped; }
+
+protected:
+    ~Rulebook() = default;
+
     void sent (const Request& request, bool isTaken)
     {
-        const std::span rest (request);
-        const auto mayFollow = ! stopRequested || (isFarewellDue() && request[0] == 0xF2);
-        expect (mayFollow && ! isWaiting, "a request comes in its turn");
-        farewells += stopRequested ? 1 : 0;
+        expect (! isWaiting && ! isPauseDue && step != Step::over && (! isStopped || isFarewellDue()),
+                "a request comes in its turn");
+        const auto [dueRequest, dueAnswer] = due();
+        expect (request == dueRequest, "a request is the one that is due, in every byte");
 
-        switch (request[0])
-        {
-            case 0xF4:
-                expect (step == Step::enter && ++modeRequests <= 15, "\"enter update mode\" comes first, 15 times");
-                ++modeAnswersOwed;
-                expectZeros (rest.subspan (1));
-                break;
-
-            case 0xF0: expectSummary (rest); break;
-            case 0xF1: expectHeader (rest); break;
-            case 0xF3: expectPiece (rest); break;
-
-            case 0xF2:
-                expect (step == Step::finish || stopRequested, "\"finish\" comes at the end");
-                expect (wasSummaryAccepted, "\"finish\" comes after the summary");
-                expectZeros (rest.subspan (1));
-                break;
-
-            default: expect (false, "only the five requests"); break;
-        }
-
+        rightAnswer = dueAnswer;
         last = request[0];
         wasTaken = isTaken;
-        isWaiting = ! stopRequested;
+        isWaiting = ! isStopped;
         limit = Milliseconds (last == 0xF3 ? 180000 : 10000);
+
+        if (last == 0xF4)
+        {
+            ++modeRequests;
+            ++modeAnswersOwed;
+        }
     }
 
     /** A wait for the last request has ended. */
@@ -80,11 +92,7 @@ public:
         switch (last)
         {
             case 0xF4: modeAnswered (code); break;
-            case 0xF0:
-                wasSummaryAccepted = code == 0xF8;
-                goOn (wasSummaryAccepted, Step::over);
-                break;
-
+            case 0xF0: goOn (code == 0xF8, Step::over); break;
             case 0xF1: headerAnswered (code); break;
             case 0xF3: pieceAnswered (code); break;
 
@@ -96,41 +104,8 @@ public:
         }
     }
 
-    /** The answer that lets the update go on. */
-    [[nodiscard]] std::uint8_t rightAnswer() const
-    {
-        switch (last)
-        {
-            case 0xF4: return 0xF6;
-            case 0xF0: return 0xF8;
-            case 0xF1: return 0xF9;
-            case 0xF3: return isLastPiece() ? 0xFB : 0xF9;
-            default: return 0xFC;
-        }
-    }
-
-    void paused (Milliseconds duration)
-    {
-        expect (isPauseDue && duration == Milliseconds (100), "a pause follows the answer to \"finish\"");
-        isPauseDue = false;
-    }
-
-    void shown (double fraction) const
-    {
-        expect (last == 0 ? fraction == 0.0 : fraction == value / 100.0, "the progress is the controller's own");
-    }
-
-    void stopped() { stopRequested = true; }
-    [[nodiscard]] bool isStopped() const { return stopRequested; }
-
-    void ended (bool isComplete, const UpdateFailure& failure) const
-    {
-        expect (step == Step::over || stopRequested, "an update is not given up");
-        expect (isComplete == (isConfirmed && ! hasFailed), "an update is complete if all of it was confirmed");
-        expect (isComplete == (failure.cause == UpdateFailure::Cause::none),
-                "a failure has a cause, and only a failure");
-        expect (! stopRequested || ! isFarewellDue(), "a controller in an update is told that it is over");
-    }
+    std::uint8_t rightAnswer = 0; ///< lets the update go on
+    bool isStopped = false;
 
 private:
     enum class Step
@@ -143,50 +118,19 @@ private:
         over
     };
 
-    static void expectZeros (std::span<const std::uint8_t> bytes)
+    /** The only request that may come, and the answer that it hopes for. What its bytes are, the tests of the requests say. */
+    [[nodiscard]] std::pair<Request, std::uint8_t> due() const
     {
-        expect (std::ranges::all_of (bytes, [] (auto byte) { return byte == 0; }), "what is not used is 0");
-    }
+        const auto number = static_cast<std::uint8_t> (current + 1);
 
-    static std::uint32_t number (std::span<const std::uint8_t> bytes)
-    {
-        return bytes[0] | static_cast<std::uint32_t> (bytes[1] << 8) | static_cast<std::uint32_t> (bytes[2] << 16);
-    }
-
-    void expectSummary (std::span<const std::uint8_t> request) const
-    {
-        std::uint32_t enabledSize = 0;
-        expect (step == Step::summary, "the summary comes once, after update mode");
-
-        for (std::size_t i = 0; i < info.blockCount; ++i)
+        switch (isStopped ? Step::finish : step)
         {
-            const auto entry = request.subspan (10 + 3 * i, 3);
-            enabledSize += blocks[i].enabled ? blocks[i].size : 0;
-            expect (entry[0] == i + (blocks[i].enabled ? 0x81 : 0x01), "the summary has every block");
-            expect ((entry[1] | entry[2] << 8) == blocks[i].crc16, "the summary has each block's CRC-16");
-        }
-
-        expect (number (request.subspan (4, 3)) == info.totalSize && number (request.subspan (7, 3)) == enabledSize,
-                "the summary has the sizes");
-        expectZeros (request.subspan (10 + std::size_t { 3 } * info.blockCount));
-    }
-
-    void expectHeader (std::span<const std::uint8_t> request) const
-    {
-        expect (step == Step::header && request[1] == current + 1, "a header is that of the next enabled block");
-        expect (number (request.subspan (2, 3)) == blocks[current].size, "a header has the block's size");
-        expectZeros (request.subspan (5));
-    }
-
-    void expectPiece (std::span<const std::uint8_t> request) const
-    {
-        expect (step == Step::data && request[1] == current + 1, "data is that of the block that was announced");
-
-        for (std::size_t i = 0; i < 126; ++i)
-        {
-            const auto place = std::size_t { piece } * 126 + i;
-            const auto byte = place < blocks[current].data.size() ? blocks[current].data[place] : 0;
-            expect (request[2 + i] == byte, "the pieces are the block, in order");
+            case Step::enter: return { enterUpdateModeRequest(), 0xF6 };
+            case Step::summary: return { packageSummaryRequest (info, blocks), 0xF8 };
+            case Step::header: return { blockHeaderRequest (number, blocks[current].size), 0xF9 };
+            case Step::data:
+                return { blockDataRequest (number, blocks[current].data, piece), isLastPiece() ? 0xFB : 0xF9 };
+            default: return { finishRequest(), 0xFC };
         }
     }
 
@@ -194,7 +138,7 @@ private:
     {
         if (code == 0xF6 && value == 1)
             step = Step::summary;
-        else if (stopRequested || (code == 0xF6 && value != 0) || modeRequests == 15)
+        else if (isStopped || (code == 0xF6 && value != 0) || modeRequests == 15)
             step = Step::over;
 
         hasFailed = step == Step::over;
@@ -242,8 +186,8 @@ private:
 
     [[nodiscard]] bool isLastPiece() const { return (piece + 1) * 126 >= blocks[current].size; }
 
-    /** A stop is told to a controller that has been told of a block, unless it takes no report. */
-    [[nodiscard]] bool isFarewellDue() const { return farewells == 0 && wasTaken && (last == 0xF1 || last == 0xF3); }
+    /** A stop is told, once, to a controller that has been told of a block, unless it takes no report. */
+    [[nodiscard]] bool isFarewellDue() const { return wasTaken && (last == 0xF1 || last == 0xF3); }
 
     const upd_info_t& info;
     const FirmwareBlocks& blocks;
@@ -256,14 +200,11 @@ private:
     Milliseconds limit {};
     int modeRequests = 0;
     int modeAnswersOwed = 0;
-    int farewells = 0;
     bool isWaiting = false;
     bool wasTaken = false;
-    bool wasSummaryAccepted = false;
     bool isPauseDue = false;
     bool hasFailed = false;
     bool isConfirmed = false;
-    bool stopRequested = false;
 };
 
 } // namespace wqv

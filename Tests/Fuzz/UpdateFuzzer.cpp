@@ -6,8 +6,7 @@
 #include "Rulebook.h"
 
 #include <array>
-#include <optional>
-#include <span>
+#include <vector>
 
 namespace wqv
 {
@@ -17,21 +16,19 @@ namespace
 using std::chrono::milliseconds;
 
 /** Answers whatever the input says, through the program's mailbox. Behind the end of the input it is silent. */
-class InputDevice final : public UpdateSequence::Link
+class InputDevice final : public Rulebook
 {
 public:
     InputDevice (Input& inputToUse, const upd_info_t& info, const FirmwareBlocks& blocks)
-        : input (inputToUse), rules (info, blocks)
+        : Rulebook (info, blocks), input (inputToUse)
     {
     }
-
-    Rulebook& rulebook() { return rules; }
 
 private:
     bool send (const Request& request) override
     {
         const auto isTaken = ! std::exchange (refusesNext, false);
-        rules.sent (request, isTaken);
+        sent (request, isTaken);
         return isTaken;
     }
 
@@ -46,15 +43,8 @@ private:
         auto answer = mailbox.wait (milliseconds {}, [this] { mailbox.turned(); });
         const std::array<milliseconds, 4> left { limit, limit / 2, std::min (limit, milliseconds (1)), {} };
         answer.remaining = answer.signalled ? left.at (step / 16 % 4) : milliseconds {};
-        expect (answer.signalled || ! hasInterruption, "no interruption is lost");
-        expect (! answerBefore || stopRequested() || answer.code == answerBefore
-                    || answerBefore == ResponseCode::updateMode, // before which one of an earlier wait may count
-                "an answer before an interruption counts");
-        lastAnswer.reset();
-        answerBefore.reset();
-        hasInterruption = hasInterruption && ! answer.interrupted;
         refusesNext = step >= 192;
-        rules.heard (answer, limit);
+        heard (answer, limit);
 
         if (stopsAfterThis)
             stop();
@@ -68,16 +58,10 @@ private:
         switch (kind)
         {
             case 0: // what the host hopes for
-            case 1: store ({ rules.rightAnswer(), input.byte() }); break;
-            case 2: store ({ input.byte(), input.byte() }); break;
-            case 3: store (std::vector (1 + input.byte() % 4, input.byte())); break;
-
-            case 4:
-                mailbox.interrupt();
-                answerBefore = hasInterruption ? answerBefore : lastAnswer;
-                hasInterruption = true;
-                break;
-
+            case 1: mailbox.store (std::array { rightAnswer, input.byte() }, true); break;
+            case 2: mailbox.store (std::array { input.byte(), input.byte() }, true); break;
+            case 3: mailbox.store (std::vector (1 + input.byte() % 4, input.byte()), true); break;
+            case 4: mailbox.interrupt(); break;
             case 5: stop(); break;
             case 6: stopsAfterThis = true; break;
             default: return false;
@@ -86,34 +70,16 @@ private:
         return true;
     }
 
-    void store (const std::vector<std::uint8_t>& report)
-    {
-        const auto code = static_cast<ResponseCode> (report.front());
-        mailbox.store (report, true);
-
-        // A late 0xF6 takes no other answer's place.
-        if (! lastAnswer || code != ResponseCode::updateMode)
-            lastAnswer = code;
-    }
-
     void stop()
     {
         mailbox.stop();
-        rules.stopped();
+        isStopped = true;
     }
 
-    void pause (milliseconds duration) override { rules.paused (duration); }
-    void reportProgress (double fraction) override { rules.shown (fraction); }
-    bool stopRequested() const override { return rules.isStopped(); }
-
     Input& input;
-    Rulebook rules;
     ResponseMailbox mailbox;
     bool refusesNext = false;
     bool stopsAfterThis = false;
-    bool hasInterruption = false;             ///< that the host has not heard of yet
-    std::optional<ResponseCode> lastAnswer;   ///< since the last wait
-    std::optional<ResponseCode> answerBefore; ///< before the first interruption since then
 };
 
 /** Sizes for a Conversation: negative for a block that is not to be written. */
@@ -123,7 +89,8 @@ std::vector<int> sizesFrom (Input& input)
 
     for (auto& size : sizes)
     {
-        const auto word = static_cast<int> (input.word());
+        const int low = input.byte();
+        const int word = low | input.byte() << 8;
         size = (word >= 0x8000 ? -1 : 1) * (word % 0x8000 % 260);
     }
 
@@ -140,6 +107,6 @@ int LLVMFuzzerTestOneInput (const std::uint8_t* data, std::size_t size)
     wqv::InputDevice device (input, update.info, update.blocks);
     wqv::UpdateSequence sequence (device, update.info, update.blocks);
     const auto isComplete = sequence.run();
-    device.rulebook().ended (isComplete, sequence.failure());
+    device.ended (isComplete, sequence.failure());
     return 0;
 }

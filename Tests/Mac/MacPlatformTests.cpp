@@ -2,7 +2,6 @@
 // Languages, the executable's file and staying awake on a made-up Mac.
 
 #include "ExecutableFile.h"
-#include "FakeDispatch.h"
 #include "FakeMac.h"
 #include "PreferredLanguages.h"
 #include "SleepInhibitor.h"
@@ -64,15 +63,14 @@ TEST_F (MacPlatformTest, eachSignalIsACallAndIsIgnoredAfterwards)
 
         for (const auto number : numbers)
         {
-            EXPECT_TRUE (raiseOnFakeMac (number));
+            EXPECT_TRUE (mac.raise (number));
             std::raise (number); // which must not end the process
         }
 
         EXPECT_EQ (calls, 3);
     }
 
-    EXPECT_FALSE (raiseOnFakeMac (SIGTERM));
-    EXPECT_EQ (fakeSignalSources(), 0u);
+    EXPECT_FALSE (mac.raise (SIGTERM));
 
     for (const auto number : numbers)
     {

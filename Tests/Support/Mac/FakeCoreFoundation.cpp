@@ -1,81 +1,65 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What the stand-in for Core Foundation does.
 
-#include "CfObjects.h"
+#include "FakeMac.h"
 
 #include <algorithm>
 #include <cstring>
 #include <gtest/gtest.h>
-#include <map>
-#include <memory>
 
 using wqv::FakeMac;
 
 namespace
 {
 
-/** The constant strings, for which nobody counts. */
-std::set<CfObject*>& constants()
+/** An object for the program, unless the test wants the function to fail. */
+template <typename Reference>
+Reference create (const char* function, CfObject object)
 {
-    static std::set<CfObject*> objects;
-    return objects;
-}
-
-/** An object that is there, or null and a failure of the test. */
-CfObject* objectOf (CFTypeRef reference)
-{
-    auto* const object = static_cast<CfObject*> (const_cast<void*> (reference));
-    const auto isThere = object != nullptr && (liveObjects.contains (object) || constants().contains (object));
-    EXPECT_TRUE (isThere) << "an object that is gone is used, or none";
-    return isThere ? object : nullptr;
+    return FakeMac::get().failureOf (function) ? nullptr : make<Reference> (std::move (object));
 }
 
 } // namespace
 
-const CFRunLoopMode kCFRunLoopCommonModes = CFSTR ("kCFRunLoopCommonModes");
-const CFStringRef kCFPreferencesCurrentApplication = CFSTR ("kCFPreferencesCurrentApplication");
+CfObject& objectAt (CFTypeRef reference)
+{
+    auto& object = *static_cast<CfObject*> (const_cast<void*> (reference));
+    EXPECT_NE (object.owners, 0) << "an object that is gone is used";
+    return object;
+}
+
+// Nobody looks at these two but by their addresses.
+const CFRunLoopMode kCFRunLoopCommonModes = static_cast<CFStringRef> (static_cast<const void*> ("common modes"));
+const CFStringRef kCFPreferencesCurrentApplication = static_cast<CFStringRef> (static_cast<const void*> ("this one"));
 
 CFStringRef makeConstantString (const char* text)
 {
-    static std::map<std::string, std::unique_ptr<CfString>> strings;
-    auto& string = strings[text];
-
-    if (string == nullptr)
-    {
-        string = std::make_unique<CfString> (text);
-        string->owners = CfObject::forEver;
-        constants().insert (string.get());
-    }
-
-    return string.get();
+    return make<CFStringRef> ({ .type = stringType, .text = text, .owners = CfObject::forEver });
 }
 
 CFTypeRef CFRetain (CFTypeRef reference)
 {
-    const std::scoped_lock guard (objectLock);
-
-    if (auto* const object = objectOf (reference); object != nullptr && object->owners != CfObject::forEver)
-        ++object->owners;
-
+    auto& owners = objectAt (reference).owners;
+    owners += owners != CfObject::forEver ? 1 : 0;
     return reference;
 }
 
 void CFRelease (CFTypeRef reference)
 {
-    const std::scoped_lock guard (objectLock);
-    auto* const object = objectOf (reference);
+    auto& object = objectAt (reference);
 
-    if (object != nullptr && object->owners != CfObject::forEver && --object->owners == 0)
-    {
-        liveObjects.erase (object);
-        delete object;
-    }
+    if (object.owners == CfObject::forEver || --object.owners > 0)
+        return;
+
+    std::ranges::for_each (object.elements, CFRelease);
+
+    for (const auto& [key, value] : object.values)
+        CFRelease (value);
 }
 
 CFTypeID CFGetTypeID (CFTypeRef reference)
 {
-    const auto* const object = objectOf (reference);
-    return object != nullptr ? object->type : 0;
+    return objectAt (reference).type;
 }
 
 CFTypeID CFStringGetTypeID()
@@ -95,61 +79,62 @@ CFTypeID CFArrayGetTypeID()
 
 CFStringRef CFStringCreateWithCString (CFAllocatorRef, const char* text, CFStringEncoding)
 {
-    return make<CfString> ("CFStringCreateWithCString", text);
+    return create<CFStringRef> (__func__, { .type = stringType, .text = text });
 }
 
 /** A copy that fails leaves the buffer alone. */
 Boolean CFStringGetCString (CFStringRef string, char* buffer, CFIndex bufferSize, CFStringEncoding)
 {
-    const auto size = string->text.size() + 1;
+    const auto& text = objectAt (string).text;
+    const auto fits = text.size() < static_cast<std::size_t> (bufferSize);
 
-    if (size > static_cast<std::size_t> (bufferSize))
-        return 0;
+    if (fits)
+        std::memcpy (buffer, text.c_str(), text.size() + 1);
 
-    std::memcpy (buffer, string->text.c_str(), size);
-    return 1;
+    return fits ? 1 : 0;
 }
 
 CFNumberRef CFNumberCreate (CFAllocatorRef, CFNumberType, const void* value)
 {
-    return make<CfNumber> ("CFNumberCreate", *static_cast<const std::int32_t*> (value));
+    return create<CFNumberRef> (__func__, { .type = numberType, .number = *static_cast<const std::int32_t*> (value) });
 }
 
 Boolean CFNumberGetValue (CFNumberRef number, CFNumberType, void* value)
 {
-    *static_cast<std::int32_t*> (value) = number->value;
+    *static_cast<std::int32_t*> (value) = objectAt (number).number;
     return 1;
 }
 
 CFMutableArrayRef CFArrayCreateMutable (CFAllocatorRef, CFIndex, const CFArrayCallBacks*)
 {
-    return make<CfArray> ("CFArrayCreateMutable");
+    return create<CFMutableArrayRef> (__func__, { .type = arrayType });
 }
 
 CFIndex CFArrayGetCount (CFArrayRef array)
 {
-    return static_cast<CFIndex> (array->values.size());
+    return std::ssize (objectAt (array).elements);
 }
 
 const void* CFArrayGetValueAtIndex (CFArrayRef array, CFIndex index)
 {
-    return array->values.at (static_cast<std::size_t> (index));
+    return objectAt (array).elements.at (static_cast<std::size_t> (index));
 }
 
 void CFArrayAppendValue (CFMutableArrayRef array, const void* value)
 {
-    array->add (value);
+    objectAt (array).elements.push_back (CFRetain (value));
 }
 
 CFIndex CFArrayGetFirstIndexOfValue (CFArrayRef array, CFRange, const void* value)
 {
-    const auto found = std::ranges::find (array->values, value);
-    return found != array->values.end() ? found - array->values.begin() : kCFNotFound;
+    const auto& elements = objectAt (array).elements;
+    const auto found = std::ranges::find (elements, value);
+    return found != elements.end() ? found - elements.begin() : kCFNotFound;
 }
 
 void CFArraySortValues (CFMutableArrayRef array, CFRange, CFComparatorFunction comparator, void* context)
 {
-    std::ranges::sort (array->values,
+    std::ranges::sort (objectAt (array).elements,
                        [comparator, context] (const void* one, const void* other)
                        { return comparator (one, other, context) == kCFCompareLessThan; });
 }
@@ -159,53 +144,45 @@ CFMutableDictionaryRef CFDictionaryCreateMutable (CFAllocatorRef,
                                                   const CFDictionaryKeyCallBacks*,
                                                   const CFDictionaryValueCallBacks*)
 {
-    return make<CfDictionary> ("CFDictionaryCreateMutable");
+    return create<CFMutableDictionaryRef> (__func__, {});
 }
 
 void CFDictionarySetValue (CFMutableDictionaryRef dictionary, const void* key, const void* value)
 {
-    dictionary->add (key);
-    dictionary->add (value);
+    objectAt (dictionary).values[objectAt (key).text] = CFRetain (value);
 }
 
 CFIndex CFSetGetCount (CFSetRef set)
 {
-    return static_cast<CFIndex> (set->values.size());
+    return std::ssize (objectAt (set).elements);
 }
 
 void CFSetGetValues (CFSetRef set, const void** values)
 {
-    std::ranges::copy (set->values, values);
+    std::ranges::copy (objectAt (set).elements, values);
 }
 
 CFTypeRef CFPreferencesCopyAppValue (CFStringRef key, CFStringRef application)
 {
-    EXPECT_EQ (key->text, "AppleLanguages");
+    EXPECT_EQ (objectAt (key).text, "AppleLanguages");
     EXPECT_EQ (application, kCFPreferencesCurrentApplication);
-
-    if (FakeMac::get().languagesAreAText)
-        return make<CfString> ("", "de-DE");
 
     if (! FakeMac::get().languages)
         return nullptr;
 
-    auto* const list = make<CfArray> ("");
+    CfObject list { .type = FakeMac::get().languagesAreAText ? stringType : arrayType };
 
     for (const auto& language : *FakeMac::get().languages)
-    {
-        const auto* const element =
-            language ? static_cast<CFTypeRef> (make<CfString> ("", *language)) : make<CfNumber> ("", 7);
-        list->add (element);
-        CFRelease (element);
-    }
+        list.elements.push_back (
+            make<CFTypeRef> ({ .type = language ? stringType : numberType, .text = language.value_or ("") }));
 
-    return list;
+    return make<CFTypeRef> (std::move (list));
 }
 
 /** A region comes after an underscore; a text with a space is no identifier. */
 CFStringRef CFLocaleCreateCanonicalLocaleIdentifierFromString (CFAllocatorRef, CFStringRef identifier)
 {
-    auto text = identifier->text;
+    auto text = objectAt (identifier).text;
 
     if (text.find (' ') != std::string::npos)
         return nullptr;
@@ -213,10 +190,10 @@ CFStringRef CFLocaleCreateCanonicalLocaleIdentifierFromString (CFAllocatorRef, C
     if (const auto dash = text.rfind ('-'); dash != std::string::npos && dash + 3 == text.size())
         text[dash] = '_';
 
-    return make<CfString> ("", text);
+    return make<CFStringRef> ({ .type = stringType, .text = text });
 }
 
 CFRunLoopRef CFRunLoopGetCurrent()
 {
-    return FakeMac::get().currentRunLoop();
+    return FakeMac::get().runLoop;
 }

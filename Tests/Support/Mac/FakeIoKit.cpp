@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What the stand-ins for IOKit's HID library and power management do.
 
-#include "CfObjects.h"
+#include "FakeMac.h"
 
 #include <IOKit/IOKitLib.h>
 #include <IOKit/pwr_mgt/IOPMLib.h>
@@ -9,21 +9,45 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <tuple>
 
 using wqv::FakeMac;
 
 namespace
 {
 
-wqv::FakeMac::Numbers numbersIn (CFTypeRef dictionary)
+FakeMac::Manager& managerAt (IOHIDManagerRef manager)
 {
-    const auto& values = static_cast<CFDictionaryRef> (dictionary)->values;
-    wqv::FakeMac::Numbers numbers;
+    EXPECT_EQ (&objectAt (manager), FakeMac::get().manager.object);
+    return FakeMac::get().manager;
+}
 
-    for (std::size_t i = 0; i < values.size(); i += 2)
-        numbers[static_cast<CFStringRef> (values[i])->text] = static_cast<CFNumberRef> (values[i + 1])->value;
+FakeMac::Device& deviceAt (IOHIDDeviceRef device)
+{
+    return FakeMac::get().devices.at (static_cast<std::size_t> (objectAt (device).number));
+}
+
+FakeMac::Numbers numbersIn (CFTypeRef dictionary)
+{
+    FakeMac::Numbers numbers;
+
+    for (const auto& [name, value] : objectAt (dictionary).values)
+        numbers[name] = objectAt (value).number;
 
     return numbers;
+}
+
+/** @returns null if there is none */
+CFTypeRef propertyOf (IOHIDDeviceRef device, const std::string& name)
+{
+    const auto found = objectAt (device).values.find (name);
+    return found != objectAt (device).values.end() ? found->second : nullptr;
+}
+
+void schedule (bool& isScheduled, bool isWanted, CFRunLoopRef runLoop, CFStringRef mode)
+{
+    EXPECT_TRUE (runLoop == FakeMac::get().runLoop && mode == kCFRunLoopCommonModes);
+    EXPECT_NE (std::exchange (isScheduled, isWanted), isWanted);
 }
 
 } // namespace
@@ -35,86 +59,85 @@ CFTypeID IOHIDDeviceGetTypeID()
 
 IOHIDManagerRef IOHIDManagerCreate (CFAllocatorRef, IOOptionBits)
 {
-    EXPECT_EQ (FakeMac::get().manager, nullptr) << "a second manager";
-    return FakeMac::get().manager = make<IoHidManager> ("IOHIDManagerCreate");
+    auto& manager = FakeMac::get().manager;
+    EXPECT_TRUE (manager.object == nullptr || manager.object->owners == 0) << "a second manager";
+
+    if (FakeMac::get().failureOf (__func__))
+        return nullptr;
+
+    const auto reference = make<IOHIDManagerRef> ({});
+    manager = { .object = &objectAt (reference) };
+    return reference;
 }
 
 IOReturn IOHIDManagerOpen (IOHIDManagerRef manager, IOOptionBits)
 {
-    EXPECT_FALSE (manager->isOpen);
-    const auto error = FakeMac::get().failureOf ("IOHIDManagerOpen");
-    manager->isOpen = ! error;
+    const auto error = FakeMac::get().failureOf (__func__);
+    EXPECT_FALSE (std::exchange (managerAt (manager).isOpen, ! error));
     return error.value_or (kIOReturnSuccess);
 }
 
 IOReturn IOHIDManagerClose (IOHIDManagerRef manager, IOOptionBits)
 {
-    manager->isOpen = false;
+    managerAt (manager).isOpen = false;
     return kIOReturnSuccess;
 }
 
-void IOHIDManagerSetDeviceMatchingMultiple (IOHIDManagerRef, CFArrayRef multiple)
+void IOHIDManagerSetDeviceMatchingMultiple (IOHIDManagerRef manager, CFArrayRef multiple)
 {
+    std::ignore = managerAt (manager);
     FakeMac::get().matching.clear();
     FakeMac::get().matchesAll = multiple == nullptr;
 
     if (multiple != nullptr)
-        std::ranges::transform (multiple->values, std::back_inserter (FakeMac::get().matching), numbersIn);
+        std::ranges::transform (objectAt (multiple).elements, std::back_inserter (FakeMac::get().matching), numbersIn);
 }
 
-CFSetRef IOHIDManagerCopyDevices (IOHIDManagerRef)
+CFSetRef IOHIDManagerCopyDevices (IOHIDManagerRef manager)
 {
-    if (FakeMac::get().attached.empty() && FakeMac::get().leaving.empty())
-        return nullptr;
+    std::ignore = managerAt (manager);
+    CfObject set;
 
-    auto* const set = make<CfSet> ("");
+    for (const auto& device : FakeMac::get().devices)
+        if (device.isListed)
+            set.elements.push_back (CFRetain (device.reference));
 
-    for (auto* const device : FakeMac::get().leaving)
-        set->add (device);
-
-    for (const auto& [number, device] : FakeMac::get().attached)
-        set->add (device);
-
-    return set;
+    return set.elements.empty() ? nullptr : make<CFSetRef> (std::move (set));
 }
 
 void IOHIDManagerRegisterDeviceMatchingCallback (IOHIDManagerRef manager, IOHIDDeviceCallback callback, void* context)
 {
-    manager->onMatching = { callback, context };
+    managerAt (manager).onMatching = { callback, context };
 
     if (callback != nullptr)
-        for (const auto& [number, device] : FakeMac::get().attached)
+        for (auto& device : FakeMac::get().devices)
             FakeMac::get().tellOfAttached (device);
 }
 
 void IOHIDManagerRegisterDeviceRemovalCallback (IOHIDManagerRef manager, IOHIDDeviceCallback callback, void* context)
 {
-    manager->onRemoval = { callback, context };
+    managerAt (manager).onRemoval = { callback, context };
 }
 
 void IOHIDManagerScheduleWithRunLoop (IOHIDManagerRef manager, CFRunLoopRef runLoop, CFStringRef mode)
 {
-    EXPECT_TRUE (runLoop == FakeMac::get().currentRunLoop() && mode == kCFRunLoopCommonModes);
-    EXPECT_FALSE (std::exchange (manager->isScheduled, true));
-    ++FakeMac::get().scheduled;
+    schedule (managerAt (manager).isScheduled, true, runLoop, mode);
 }
 
 void IOHIDManagerUnscheduleFromRunLoop (IOHIDManagerRef manager, CFRunLoopRef runLoop, CFStringRef mode)
 {
-    EXPECT_TRUE (runLoop == FakeMac::get().currentRunLoop() && mode == kCFRunLoopCommonModes);
-    EXPECT_TRUE (std::exchange (manager->isScheduled, false));
-    --FakeMac::get().scheduled;
+    schedule (managerAt (manager).isScheduled, false, runLoop, mode);
 }
 
 CFTypeRef IOHIDDeviceGetProperty (IOHIDDeviceRef device, CFStringRef key)
 {
-    const auto found = device->numbers.find (key->text);
-    return found != device->numbers.end() && key->text != "bInterfaceNumber" ? found->second : nullptr;
+    const auto& name = objectAt (key).text;
+    return name != "bInterfaceNumber" ? propertyOf (device, name) : nullptr;
 }
 
 io_service_t IOHIDDeviceGetService (IOHIDDeviceRef device)
 {
-    return static_cast<io_service_t> (device->number);
+    return static_cast<io_service_t> (objectAt (device).number);
 }
 
 CFTypeRef IORegistryEntrySearchCFProperty (
@@ -122,71 +145,59 @@ CFTypeRef IORegistryEntrySearchCFProperty (
 {
     EXPECT_STREQ (plane, kIOServicePlane);
     EXPECT_EQ (options, kIORegistryIterateRecursively | kIORegistryIterateParents);
-    const auto device = FakeMac::get().attached.find (static_cast<int> (entry));
-
-    if (device == FakeMac::get().attached.end())
-        return nullptr;
-
-    const auto& numbers = device->second->numbers;
-    const auto found = numbers.find (key->text);
-    return found != numbers.end() ? CFRetain (found->second) : nullptr;
+    const auto* const value = propertyOf (FakeMac::get().devices.at (entry).reference, objectAt (key).text);
+    return value != nullptr ? CFRetain (value) : nullptr;
 }
 
 IOReturn IOHIDDeviceOpen (IOHIDDeviceRef device, IOOptionBits)
 {
-    if (const auto error = FakeMac::get().failureOf ("IOHIDDeviceOpen"))
+    if (const auto error = FakeMac::get().failureOf (__func__))
         return *error;
 
-    if (! FakeMac::get().isAttached (device))
+    if (! deviceAt (device).isAttached)
         return kIOReturnNoDevice;
 
     ++FakeMac::get().opened;
     return kIOReturnSuccess;
 }
 
-IOReturn IOHIDDeviceClose (IOHIDDeviceRef, IOOptionBits)
+IOReturn IOHIDDeviceClose (IOHIDDeviceRef device, IOOptionBits)
 {
-    const std::scoped_lock guard (objectLock);
+    std::ignore = deviceAt (device);
     --FakeMac::get().opened;
     return kIOReturnSuccess;
 }
 
 void IOHIDDeviceRegisterRemovalCallback (IOHIDDeviceRef device, IOHIDCallback callback, void* context)
 {
-    device->onRemoval = { callback, context };
+    deviceAt (device).onRemoval = { callback, context };
 }
 
 void IOHIDDeviceRegisterInputReportCallback (
     IOHIDDeviceRef device, std::uint8_t* report, CFIndex reportLength, IOHIDReportCallback callback, void* context)
 {
-    device->buffer = report;
-    device->bufferSize = reportLength;
-    device->onReport = { callback, context };
+    deviceAt (device).buffer = report;
+    deviceAt (device).bufferSize = reportLength;
+    deviceAt (device).onReport = { callback, context };
 }
 
 void IOHIDDeviceScheduleWithRunLoop (IOHIDDeviceRef device, CFRunLoopRef runLoop, CFStringRef mode)
 {
-    EXPECT_TRUE (runLoop == FakeMac::get().currentRunLoop() && mode == kCFRunLoopCommonModes);
-    EXPECT_FALSE (std::exchange (device->isScheduled, true));
-    ++FakeMac::get().scheduled;
+    schedule (deviceAt (device).isScheduled, true, runLoop, mode);
 }
 
 void IOHIDDeviceUnscheduleFromRunLoop (IOHIDDeviceRef device, CFRunLoopRef runLoop, CFStringRef mode)
 {
-    EXPECT_TRUE (runLoop == FakeMac::get().currentRunLoop() && mode == kCFRunLoopCommonModes);
-    EXPECT_TRUE (std::exchange (device->isScheduled, false));
-    --FakeMac::get().scheduled;
+    schedule (deviceAt (device).isScheduled, false, runLoop, mode);
 }
 
 IOReturn IOHIDDeviceSetReport (
     IOHIDDeviceRef device, IOHIDReportType type, CFIndex reportId, const std::uint8_t* report, CFIndex reportLength)
 {
-    const std::scoped_lock guard (objectLock);
-
-    if (const auto error = FakeMac::get().failureOf ("IOHIDDeviceSetReport"))
+    if (const auto error = FakeMac::get().failureOf (__func__))
         return *error;
 
-    if (! FakeMac::get().isAttached (device))
+    if (! deviceAt (device).isAttached)
         return kIOReturnNoDevice;
 
     EXPECT_TRUE (type == kIOHIDReportTypeOutput && reportId == 0);
@@ -196,12 +207,12 @@ IOReturn IOHIDDeviceSetReport (
 
 IOReturn IOPMAssertionCreateWithName (CFStringRef type, IOPMAssertionLevel level, CFStringRef name, IOPMAssertionID* id)
 {
-    if (const auto error = FakeMac::get().failureOf ("IOPMAssertionCreateWithName"))
+    if (const auto error = FakeMac::get().failureOf (__func__))
         return *error;
 
     EXPECT_EQ (level, kIOPMAssertionLevelOn);
     *id = static_cast<IOPMAssertionID> (FakeMac::get().assertions.size()) + 1;
-    FakeMac::get().assertions[*id] = type->text + ": " + name->text;
+    FakeMac::get().assertions[*id] = objectAt (type).text + ": " + objectAt (name).text;
     return kIOReturnSuccess;
 }
 

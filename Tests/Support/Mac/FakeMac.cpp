@@ -3,8 +3,6 @@
 
 #include "FakeMac.h"
 
-#include "CfObjects.h"
-
 #include <algorithm>
 #include <gtest/gtest.h>
 
@@ -15,48 +13,29 @@ namespace
 
 FakeMac* current = nullptr;
 
-void callManager (Callback<IOHIDDeviceCallback> IoHidManager::*member, IOHIDDeviceRef device)
-{
-    auto* const manager = FakeMac::get().manager;
-
-    if (manager != nullptr && manager->isScheduled && (manager->*member).function != nullptr)
-        (manager->*member).function ((manager->*member).context, kIOReturnSuccess, manager, device);
-}
-
-/** Calls back about a device in turn(); the device lives until then. */
-void later (IOHIDDeviceRef device, std::function<void()> callBack)
-{
-    CFRetain (device);
-    FakeMac::get().pending.emplace_back (
-        [device, call = std::move (callBack)]
-        {
-            call();
-            CFRelease (device);
-        });
-}
-
 } // namespace
 
-FakeMac::FakeMac() : runLoop (make<CfRunLoop> (""))
+FakeMac::FakeMac()
 {
     current = this;
+    runLoop = make<CFRunLoopRef> ({});
 }
 
 FakeMac::~FakeMac()
 {
-    while (! attached.empty())
-        unplug (attached.begin()->first);
+    for (std::size_t i = 0; i < devices.size(); ++i)
+        if (devices[i].isAttached)
+            unplug (static_cast<int> (i));
 
     turn();
     EXPECT_EQ (opened, 0) << "not closed";
-    EXPECT_EQ (scheduled, 0) << "still on the run loop";
+    EXPECT_FALSE (manager.isScheduled || std::ranges::any_of (devices, &Device::isScheduled)) << "on the run loop";
     EXPECT_TRUE (assertions.empty());
     CFRelease (runLoop);
 
-    for (auto* const object : liveObjects)
-        ADD_FAILURE() << "an object of type " << object->type << " is not released";
+    for (const auto& object : objects)
+        EXPECT_LE (object.owners, 0) << "an object of type " << object.type << " is not released: " << object.text;
 
-    liveObjects.clear();
     current = nullptr;
 }
 
@@ -65,75 +44,77 @@ FakeMac& FakeMac::get()
     return *current;
 }
 
-int FakeMac::plugIn (Numbers properties)
+int FakeMac::plugIn (const Numbers& properties)
 {
-    auto* const device = make<IoHidDevice> ("", ++lastDevice, properties);
-    attached[lastDevice] = device;
-    tellOfAttached (device);
-    return lastDevice;
+    const auto number = static_cast<int> (devices.size());
+    CfObject device { .type = deviceType, .number = number };
+
+    for (const auto& [name, value] : properties)
+        device.values[name] = make<CFNumberRef> ({ .type = numberType, .number = value });
+
+    tellOfAttached (devices.emplace_back (Device { .reference = make<IOHIDDeviceRef> (std::move (device)) }));
+    return number;
 }
 
 void FakeMac::unplug (int number)
 {
-    auto* const device = attached.at (number);
-    attached.erase (number);
-    leaving.insert (device);
-    later (device,
-           [this, device]
-           {
-               if (device->isScheduled && device->onRemoval.function != nullptr)
-                   device->onRemoval.function (device->onRemoval.context, kIOReturnSuccess, device);
+    auto& device = devices.at (static_cast<std::size_t> (number));
+    device.isAttached = false;
+    pending.emplace_back (
+        [this, &device]
+        {
+            if (device.isScheduled)
+                device.onRemoval (device.reference);
 
-               callManager (&IoHidManager::onRemoval, device);
-               leaving.erase (device);
-           });
-    CFRelease (device);
+            if (manager.isScheduled)
+                manager.onRemoval (nullptr, device.reference);
+
+            device.isListed = false;
+            CFRelease (device.reference);
+        });
 }
 
 void FakeMac::send (int number, std::vector<std::uint8_t> report, std::optional<CFIndex> length)
 {
-    auto* const device = attached.at (number);
-    later (device,
-           [this, device, length, bytes = std::move (report)]() mutable
-           {
-               if (! isAttached (device) || ! device->isScheduled || device->onReport.function == nullptr)
-                   return;
+    auto& device = devices.at (static_cast<std::size_t> (number));
+    pending.emplace_back (
+        [&device, length, bytes = std::move (report)]
+        {
+            if (! device.isAttached || ! device.isScheduled)
+                return;
 
-               const auto kept = std::min (bytes.size(), static_cast<std::size_t> (device->bufferSize));
-               std::copy_n (bytes.begin(), kept, device->buffer);
-               device->onReport.function (device->onReport.context,
-                                          kIOReturnSuccess,
-                                          device,
-                                          kIOHIDReportTypeInput,
-                                          0,
-                                          device->buffer,
-                                          length.value_or (static_cast<CFIndex> (bytes.size())));
-           });
+            const auto size = static_cast<CFIndex> (bytes.size());
+            std::copy_n (bytes.begin(), std::min (size, device.bufferSize), device.buffer);
+            device.onReport (device.reference, kIOHIDReportTypeInput, 0u, device.buffer, length.value_or (size));
+        });
 }
 
 void FakeMac::turn()
 {
-    while (! pending.empty())
-    {
-        const auto next = std::move (pending.front());
-        pending.pop_front();
-        next();
-    }
+    for (; ! pending.empty(); pending.pop_front())
+        pending.front()();
 }
 
-void FakeMac::tellOfAttached (IoHidDevice* device)
+bool FakeMac::raise (int signal)
 {
-    later (device,
-           [this, device]
-           {
-               if (isAttached (device))
-                   callManager (&IoHidManager::onMatching, device);
-           });
+    const auto source = std::ranges::find_if (
+        objects, [signal] (const CfObject& object) { return object.isActive && object.number == signal; });
+
+    if (source == objects.end())
+        return false;
+
+    source->handler (source->context);
+    return true;
 }
 
-bool FakeMac::isAttached (const IoHidDevice* device) const
+void FakeMac::tellOfAttached (Device& device)
 {
-    return attached.contains (device->number);
+    pending.emplace_back (
+        [this, &device]
+        {
+            if (device.isAttached && manager.isScheduled)
+                manager.onMatching (nullptr, device.reference);
+        });
 }
 
 std::optional<IOReturn> FakeMac::failureOf (const std::string& function)

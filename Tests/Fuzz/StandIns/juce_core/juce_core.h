@@ -6,20 +6,12 @@
 namespace juce
 {
 
-/** Counts how often locks are held. */
-class CriticalSection
-{
-public:
-    static inline int held = 0;
-};
+struct CriticalSection
+{};
 
-class ScopedLock
+struct ScopedLock
 {
-public:
-    explicit ScopedLock (const CriticalSection& /*lock*/) { ++CriticalSection::held; }
-    ScopedLock (const ScopedLock&) = delete;
-    ScopedLock& operator= (const ScopedLock&) = delete;
-    ~ScopedLock() { --CriticalSection::held; }
+    explicit ScopedLock (const CriticalSection& /*lock*/) {}
 };
 
 class Thread
@@ -29,20 +21,14 @@ public:
     static inline int starts = 0;       ///< of all threads
 
     explicit Thread (const char* /*name*/) {}
-    Thread (const Thread&) = delete;
-    Thread& operator= (const Thread&) = delete;
     virtual ~Thread() = default;
 
     virtual void run() = 0;
 
     bool startThread()
     {
-        if (! isRunning && canStart)
-        {
-            isRunning = true;
-            ++starts;
-        }
-
+        starts += ! isRunning && canStart ? 1 : 0;
+        isRunning = isRunning || canStart;
         return isRunning;
     }
 

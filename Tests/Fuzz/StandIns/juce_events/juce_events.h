@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "Fuzz.h"
 #include "juce_core/juce_core.h"
 
 #include <utility>
@@ -10,12 +11,8 @@
 namespace juce
 {
 
-class AsyncUpdater
+struct AsyncUpdater
 {
-public:
-    AsyncUpdater() = default;
-    AsyncUpdater (const AsyncUpdater&) = delete;
-    AsyncUpdater& operator= (const AsyncUpdater&) = delete;
     virtual ~AsyncUpdater() = default;
 
     virtual void handleAsyncUpdate() = 0;
@@ -27,6 +24,15 @@ public:
     {
         if (auto* const updater = std::exchange (pending, nullptr))
             updater->handleAsyncUpdate();
+    }
+
+    static void drain()
+    {
+        for (int rounds = 0; pending != nullptr; ++rounds)
+        {
+            wqv::expect (rounds < 10, "the message loop comes to rest");
+            dispatch();
+        }
     }
 
     /** Whose update is due; null if nobody's. */

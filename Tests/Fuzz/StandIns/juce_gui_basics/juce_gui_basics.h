@@ -11,25 +11,18 @@
 namespace juce
 {
 
-class Image
+struct Image
 {
-public:
-    enum PixelFormat
-    {
-        RGB = 3,
-        ARGB = 4
-    }; // bytes of a pixel
+    using PixelFormat = std::size_t; ///< the bytes of a pixel
+    static constexpr PixelFormat RGB = 3;
+    static constexpr PixelFormat ARGB = 4;
 
-    class BitmapData
+    struct BitmapData
     {
-    public:
-        enum ReadWriteMode
-        {
-            readOnly,
-            writeOnly
-        };
+        static constexpr int readOnly = 0;
+        static constexpr int writeOnly = 1;
 
-        BitmapData (const Image& imageToUse, ReadWriteMode) : image (imageToUse) {}
+        BitmapData (const Image& imageToUse, int /*mode*/) : image (imageToUse) {}
 
         [[nodiscard]] std::uint8_t* getPixelPointer (int x, int y) const
         {
@@ -37,7 +30,6 @@ public:
             return image.pixels->data() + (std::size_t (y) * std::size_t (image.width) + std::size_t (x)) * image.bytes;
         }
 
-    private:
         const Image& image;
     };
 
@@ -54,7 +46,6 @@ public:
     [[nodiscard]] int getWidth() const { return width; }
     [[nodiscard]] int getHeight() const { return height; }
 
-private:
     int width = 0;
     int height = 0;
     std::size_t bytes = 0;

@@ -6,10 +6,8 @@
 #include <cstdint>
 
 using Boolean = unsigned char;
-using UInt8 = unsigned char;
 using CFIndex = long;
 using CFTypeID = unsigned long;
-using CFOptionFlags = unsigned long;
 using CFStringEncoding = std::uint32_t;
 
 using CFTypeRef = const void*;

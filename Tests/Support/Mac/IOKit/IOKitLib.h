@@ -4,7 +4,7 @@
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
-#include <IOKit/IOTypes.h>
+#include <IOKit/IOReturn.h>
 
 constexpr IOOptionBits kIORegistryIterateRecursively = 1;
 constexpr IOOptionBits kIORegistryIterateParents = 2;

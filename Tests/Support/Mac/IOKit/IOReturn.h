@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A stand-in for the results of IOKit's functions.
+// A stand-in for what all of IOKit shares: the results of its functions, and types.
 
 #pragma once
 
+#include <cstdint>
+
 using IOReturn = int;
+using IOOptionBits = std::uint32_t;
+using io_service_t = unsigned;
+using io_registry_entry_t = unsigned;
 
 constexpr IOReturn ioReturn (unsigned number)
 {

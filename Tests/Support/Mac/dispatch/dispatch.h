@@ -11,16 +11,15 @@ using dispatch_source_t = dispatch_object_t;
 using dispatch_source_type_t = const struct DispatchSourceType*;
 using dispatch_function_t = void (*) (void* context);
 
-extern const dispatch_source_type_t dispatchSignals;
-#define DISPATCH_SOURCE_TYPE_SIGNAL dispatchSignals
+inline constexpr dispatch_source_type_t DISPATCH_SOURCE_TYPE_SIGNAL = nullptr;
 
 dispatch_queue_t dispatch_get_main_queue();
-dispatch_source_t dispatch_source_create (dispatch_source_type_t type,
+dispatch_source_t dispatch_source_create (dispatch_source_type_t,
                                           std::uintptr_t handle,
                                           std::uintptr_t mask,
-                                          dispatch_queue_t queue);
-void dispatch_set_context (dispatch_object_t object, void* context);
-void dispatch_source_set_event_handler_f (dispatch_source_t source, dispatch_function_t handler);
-void dispatch_resume (dispatch_object_t object);
-void dispatch_source_cancel (dispatch_source_t source);
-void dispatch_release (dispatch_object_t object);
+                                          dispatch_queue_t);
+void dispatch_set_context (dispatch_object_t, void* context);
+void dispatch_source_set_event_handler_f (dispatch_source_t, dispatch_function_t handler);
+void dispatch_resume (dispatch_object_t);
+void dispatch_source_cancel (dispatch_source_t);
+void dispatch_release (dispatch_object_t);

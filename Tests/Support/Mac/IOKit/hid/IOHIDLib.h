@@ -5,7 +5,6 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 #include <IOKit/IOReturn.h>
-#include <IOKit/IOTypes.h>
 
 #include <cstdint>
 
@@ -32,13 +31,8 @@ enum IOHIDReportType
 
 using IOHIDCallback = void (*) (void* context, IOReturn result, void* sender);
 using IOHIDDeviceCallback = void (*) (void* context, IOReturn result, void* sender, IOHIDDeviceRef device);
-using IOHIDReportCallback = void (*) (void* context,
-                                      IOReturn result,
-                                      void* sender,
-                                      IOHIDReportType type,
-                                      std::uint32_t reportId,
-                                      std::uint8_t* report,
-                                      CFIndex reportLength);
+using IOHIDReportCallback =
+    void (*) (void*, IOReturn, void*, IOHIDReportType, std::uint32_t id, std::uint8_t* report, CFIndex length);
 
 IOHIDManagerRef IOHIDManagerCreate (CFAllocatorRef allocator, IOOptionBits options);
 IOReturn IOHIDManagerOpen (IOHIDManagerRef manager, IOOptionBits options);

@@ -5,7 +5,6 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 #include <IOKit/IOReturn.h>
-#include <IOKit/IOTypes.h>
 
 #include <cstdint>
 
