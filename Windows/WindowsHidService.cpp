@@ -20,6 +20,9 @@ namespace
 {
 
 constexpr UINT readHasEnded = WM_APP;
+constexpr UINT_PTR searchTimer = 1;
+constexpr UINT millisecondsBetweenSearches = 100;
+constexpr int searchesAfterNews = 20;
 
 HidService::OpenResult resultOf (DWORD error)
 {
@@ -128,6 +131,12 @@ bool WindowsHidService::handleMessage (UINT message, WPARAM first, LPARAM second
         return true;
     }
 
+    if (message == WM_TIMER && first == searchTimer)
+    {
+        searchAgain();
+        return true;
+    }
+
     if (message != readHasEnded)
         return false;
 
@@ -173,7 +182,28 @@ void WindowsHidService::handleDeviceChange (WPARAM event, const void* details)
             deviceHasLeft (*known);
             interfaces.forget (path);
         }
+
+        searchForAWhile();
     }
+}
+
+/** News may come before the device can be described, or of one that came back at the same path before it was told as gone: for two
+    seconds the system's list is searched for what is not known. */
+void WindowsHidService::searchForAWhile()
+{
+    searchesLeft = searchesAfterNews;
+    SetTimer (window.get(), searchTimer, millisecondsBetweenSearches, nullptr);
+}
+
+void WindowsHidService::searchAgain()
+{
+    if (--searchesLeft <= 0)
+        KillTimer (window.get(), searchTimer);
+
+    for (const auto& path : presentHidInterfaces())
+        if (interfaces.at (path) == nullptr)
+            if (const auto device = describeHidInterface (path))
+                interfaces.appeared (path, *device, { .path = path });
 }
 
 /** The system's word overtakes the messages that tell of reports: first those are read that the device sent before it left. */

@@ -17,8 +17,8 @@ namespace wqv
 
 class HidFileConnection;
 
-/** Runs on the message loop alone: no thread, no polling. What nobody would learn otherwise it says on standard error: that no
-    news of devices comes, and which device could not be opened, and why. */
+/** Runs on the message loop alone: no thread, and no polling but for two seconds after news. What nobody would learn otherwise
+    it says on standard error: that no news of devices comes, and which device could not be opened, and why. */
 class WindowsHidService final : public HidService
 {
 public:
@@ -42,10 +42,13 @@ private:
 
     bool handleMessage (UINT message, WPARAM first, LPARAM second);
     void handleDeviceChange (WPARAM event, const void* details);
+    void searchForAWhile();
+    void searchAgain();
     void deviceHasLeft (const Interfaces::Entry& known);
     void deviceGone (HidDeviceId device);
 
     Interfaces interfaces;
+    int searchesLeft = 0;
     MessageWindow window;
     HDEVNOTIFY news = nullptr;
 };
