@@ -164,11 +164,7 @@ TEST (Loader, everyTruncation)
     {
         const auto expected = length < 28 ? std::tuple (PackageFault::tooShort, 0u, length)
                                           : std::tuple (PackageFault::fileChecksum, 0u, length - 4);
-        EXPECT_EQ (
-            fields (
-                parse (Bytes (goldenBody.begin(), goldenBody.begin() + static_cast<std::ptrdiff_t> (length))).verdict),
-            expected)
-            << length;
+        EXPECT_EQ (fields (parse (std::span (goldenBody).first (length)).verdict), expected) << length;
 
         // The checksum that is put behind it is taken for what is missing, if that is no more.
         const auto end = *std::ranges::upper_bound (goldenBlockOffsets, length);
