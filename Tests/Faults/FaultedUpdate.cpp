@@ -38,10 +38,10 @@ public:
         updater->confirm();
         loop.runUntil ([this] { return isOver(); });
         update.duration = std::chrono::duration_cast<std::chrono::milliseconds> (Clock::now() - begin);
-        const auto requestsBefore = requests.codes().size();
+        const auto requestsBefore = controller.codes().size();
 
         tryToChangeTheOutcome();
-        update.sendsAfterEnd = requests.codes().size() > requestsBefore;
+        update.sendsAfterEnd = controller.codes().size() > requestsBefore;
         update.status = updater->status();
         update.failure = updater->failure();
         update.deviceVersion = updater->deviceVersion();
@@ -86,7 +86,7 @@ private:
     FaultedUpdate update;
     std::stringstream stream;
     TraceWriter trace { stream };
-    TracedHidService traced { requests, trace };
+    TracedHidService traced { service, trace };
     std::optional<Updater> updater;
 };
 

@@ -32,7 +32,7 @@ void end (UpdaterFixture& fixture, Way way)
 
     EXPECT_TRUE (fixture.shown.empty() && fixture.quits == 0);
 
-    if (const auto sent = fixture.requests.codes(); way == Way::abandonment)
+    if (const auto sent = fixture.controller.codes(); way == Way::abandonment)
     {
         fixture.pressOk(); // too late to begin anew: a worker that should not be there sends at once
 
@@ -40,7 +40,7 @@ void end (UpdaterFixture& fixture, Way way)
             std::this_thread::yield();
 
         fixture.updater->abandon();
-        EXPECT_EQ (fixture.requests.codes(), sent);
+        EXPECT_EQ (fixture.controller.codes(), sent);
     }
 
     EXPECT_EQ (fixture.controller.hostErrors(), std::vector<std::string> {});
@@ -73,7 +73,7 @@ TEST (Leaving, whileTheWorkerWaitsForTheAnswerToAnyRequest)
             if (std::ranges::count (expected, 0xF1) > 0 && expected.back() != 0xF2)
                 expected.push_back (0xF2);
 
-            EXPECT_EQ (fixture.requests.codes(), expected);
+            EXPECT_EQ (fixture.controller.codes(), expected);
         }
     }
 }
@@ -119,7 +119,7 @@ TEST (Leaving, isForGood)
     fixture.loop.drain();
     EXPECT_EQ (fixture.quits, 1);
     EXPECT_EQ (fixture.updater->status(), UPDATER_STATUS_READY);
-    EXPECT_TRUE (fixture.requests.codes().empty());
+    EXPECT_TRUE (fixture.controller.codes().empty());
 }
 
 } // namespace

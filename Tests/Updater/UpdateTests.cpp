@@ -36,7 +36,7 @@ TEST (Update, isCompleteHoweverOftenStartIsPressed)
 
     fixture.runUntil (UPDATER_STATUS_COMPLETE);
 
-    EXPECT_EQ (fixture.requests.codes(), smallUpdate);
+    EXPECT_EQ (fixture.controller.codes(), smallUpdate);
     EXPECT_EQ (fixture.updater->progress(), 1.0);
     EXPECT_EQ (fixture.quits, 0);
     EXPECT_EQ (fixture.shown, (std::vector { UPDATER_STATUS_READY, UPDATER_STATUS_UPDATING, UPDATER_STATUS_COMPLETE }));
@@ -66,7 +66,7 @@ TEST (Update, noFirstAnswerIsLost)
 
         fixture.runUntilSent (2);
         ASSERT_EQ (fixture.quits, 0);
-        ASSERT_EQ (fixture.requests.codes(), (std::vector { 0xF4, 0xF0 }));
+        ASSERT_EQ (fixture.controller.codes(), (std::vector { 0xF4, 0xF0 }));
     }
 }
 
@@ -78,7 +78,7 @@ TEST (Update, survivesThousandsOfBursts)
     UpdaterFixture fixture ("burst@4-3004:3", writePackage (package));
     fixture.reach (UPDATER_STATUS_COMPLETE);
 
-    EXPECT_EQ (fixture.requests.codes().size(), 3 + 3001 + 1U);
+    EXPECT_EQ (fixture.controller.codes().size(), 3 + 3001 + 1U);
     expectReceived (fixture, package);
 }
 
