@@ -58,12 +58,11 @@ TEST (Loader, goldenBytes)
 
     for (std::size_t i = 0; i < expected.size(); ++i)
     {
-        EXPECT_EQ (blocks[i].id, expected[i].id) << i;
-        EXPECT_EQ (blocks[i].enabled, expected[i].enabled) << i;
-        EXPECT_EQ (blocks[i].encrypted, expected[i].scramble) << i;
-        EXPECT_EQ (blocks[i].keyIndex, expected[i].keyIndex) << i;
-        EXPECT_EQ (blocks[i].size, expected[i].data.size()) << i;
-        EXPECT_EQ (blocks[i].data, expected[i].data) << i;
+        const auto& [id, data, enabled, scramble, seed, keyIndex] = expected[i];
+        EXPECT_EQ (std::tuple (blocks[i].id, blocks[i].enabled, blocks[i].encrypted, blocks[i].keyIndex),
+                   std::tuple (id, enabled, scramble, keyIndex));
+        EXPECT_EQ (blocks[i].size, data.size());
+        EXPECT_EQ (blocks[i].data, data);
     }
 }
 

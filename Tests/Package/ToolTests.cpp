@@ -71,9 +71,12 @@ protected:
 
 TEST_F (Tool, saysWhatIsWrongAndLeavesNothingBehind)
 {
-    const std::string version = "create --version 1.05 -o new.upd";
+    const std::string create = "create --version 1.05 -o ";
+    const std::string version = create + "new.upd";
     const std::string good = " --block id=0001,file=main.bin";
     const std::string half = " --block id=0001,file=half.bin";
+    const std::string none = " --block id=0001,file=none.bin";
+    const std::string alias = " --block id=0002,file=alias.bin";
     const std::string parts = " is none of id=DIGITS, file=NAME, disabled, scramble, seed=NUMBER, key-index=NUMBER";
     std::string seventeen;
 
@@ -141,20 +144,14 @@ TEST_F (Tool, saysWhatIsWrongAndLeavesNothingBehind)
         { version + seventeen, 2, "17 blocks are too many: a package holds at most 16" },
         { version + good + " --block id=0001,file=gone.bin", 1, "block 2, gone.bin: the file cannot be opened\n" },
         { version + good + " --block id=0001,file=large.bin", 1, "block 2 is too large: 16777216 bytes, where" },
-        { version + half + half,
-          1,
-          "too large together: 16777216 bytes, where the protocol's 24-bit total field ends" },
-        { version + " --block id=0001,file=none.bin", 1, "the blocks hold no data: their total size must be above 0" },
-        { "create --version 1.05 -o same.bin --block id=0001,file=main.bin --block id=0002,file=alias.bin",
-          1,
-          "same.bin: is the input file main.bin, which is never overwritten" },
-        { "create --version 1.05 -o main.bin --block id=0001,file=none.bin --block id=0002,file=alias.bin",
-          1,
-          "main.bin: is the input file alias.bin, which is never overwritten" },
-        { "create --version 1.05 -o folder" + good, 1, "folder: cannot be replaced: it is not a regular file" },
-        { "create --version 1.05 -o gone/new.upd" + good, 1, "gone/new.upd: cannot be written: No such file" },
-        { "create --version 1.05 -o loop" + good, 1, "loop: cannot be written: Too many levels" },
-        { "create --version 1.05 -o nowhere" + good, 1, "nowhere: cannot be written: Not a directory" },
+        { version + half + half, 1, "too large together: 16777216 bytes, where the protocol's 24-bit total" },
+        { version + none, 1, "the blocks hold no data: their total size must be above 0" },
+        { create + "same.bin" + good + alias, 1, "same.bin: is the input file main.bin, which is never overwritten" },
+        { create + "main.bin" + none + alias, 1, "main.bin: is the input file alias.bin, which is never overwritten" },
+        { create + "folder" + good, 1, "folder: cannot be replaced: it is not a regular file" },
+        { create + "gone/new.upd" + good, 1, "gone/new.upd: cannot be written: No such file" },
+        { create + "loop" + good, 1, "loop: cannot be written: Too many levels" },
+        { create + "nowhere" + good, 1, "nowhere: cannot be written: Not a directory" },
         { "verify good.upd", 0, "good.upd: version 1.05, blocks: 3, to be written: 2, bytes in all: 12\n" },
         { "verify folder", 1, "folder: it is not a regular file\n" },
         { "verify none.bin", 1, "none.bin: the file ends before its 28-byte header does (at byte 0)\n" },
