@@ -87,15 +87,15 @@ TEST (Words, forEachCause)
     const std::string request = "the request: block data (0xF3), block 3, piece 40";
     const std::string rest = " after 180.000 s, expected was block accepted (0xFB) or block verified (0xFE)";
 
-    const std::array<std::pair<UpdateFailure::Cause, std::string>, 7> table {
-        { { none, "the update could not be started, or was left at its very end" },
-          { noData, "the blocks of the package hold no data; nothing was sent" },
-          { notSent, "the system did not take " + request + "; no answer came" + rest },
-          { noAnswer, "no answer to " + request + "; none came" + rest },
-          { wrongAnswer, "a wrong answer to " + request + "; 0x55 with the value 7 came" + rest },
-          { interrupted,
-            "the controller went away, or came back, before its answer to " + request + "; it did so" + rest },
-          { stopped, "the update was asked to end at " + request } }
+    const std::pair<UpdateFailure::Cause, std::string> table[] {
+        { none, "the update could not be started, or was left at its very end" },
+        { noData, "the blocks of the package hold no data; nothing was sent" },
+        { notSent, "the system did not take " + request + "; no answer came" + rest },
+        { noAnswer, "no answer to " + request + "; none came" + rest },
+        { wrongAnswer, "a wrong answer to " + request + "; 0x55 with the value 7 came" + rest },
+        { interrupted,
+          "the controller went away, or came back, before its answer to " + request + "; it did so" + rest },
+        { stopped, "the update was asked to end at " + request },
     };
 
     for (const auto& [cause, words] : table)

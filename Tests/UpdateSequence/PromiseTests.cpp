@@ -129,11 +129,6 @@ TEST (Promises, aLateAnswerToUpdateModeNeverCounts)
         EXPECT_EQ (update.controller.hostErrors(), Errors {});
     }
 
-    // Each of two, by a controller that takes longer than the host waits.
-    Conversation slow (blockSizes, {}, { .restart = 10001ms, .erase = 4s });
-    EXPECT_TRUE (slow.run());
-    EXPECT_EQ (slow.codes(), "44013331311332");
-
     // One that nobody is owed is an answer, and a wrong one.
     Conversation wrong (blockSizes, { { .kind = Kind::late, .first = 4, .last = 4, .value = 2000 } });
     wrong.schedule ({ .delay = 1s, .report = { 0xF6, 1 } });
