@@ -51,17 +51,17 @@ TEST_F (HidCtrlTest, beforeTheFirstRequestAnotherControllerReplacesItSilently)
     expect (HidCtrl::noDevice, 0, "");
     EXPECT_FALSE (session.setData (request));
 
-    plugIn (1, 0x0105);
-    expect (HidCtrl::connected, 105, "m");
-    plugIn (2, 0x0210);
+    plugIn (1, 0x1234);
+    expect (HidCtrl::connected, 1234, "m");
+    plugIn (2, 0xFFFF); // of digits that are none
     service.deliver ({ 1, 2, 3 });
-    expect (HidCtrl::connected, 105, "i");
+    expect (HidCtrl::connected, 1234, "i");
 
     service.unplug (1);
-    expect (HidCtrl::connected, 210, "m");
+    expect (HidCtrl::connected, 16665, "m");
     EXPECT_TRUE (session.inputReport().empty());
     service.deliver ({ 4 });
-    expect (HidCtrl::connected, 210, "i");
+    expect (HidCtrl::connected, 16665, "i");
     EXPECT_EQ (sent, std::vector<HidDeviceId> {});
 }
 

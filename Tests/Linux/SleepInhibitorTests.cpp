@@ -21,7 +21,7 @@ namespace wqv
 namespace
 {
 
-/** One end of a system bus with logind behind it, for one connection. */
+/** One end of a system bus with logind behind it, for one connection. Its descriptors end with the process. */
 class FakeLogind
 {
 public:

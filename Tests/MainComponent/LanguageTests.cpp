@@ -174,17 +174,12 @@ void expectFits (PanelFixture& fixture)
     EXPECT_TRUE (std::ranges::adjacent_find (baselines, [] (int above, int below) { return below - above < 10; })
                  == baselines.end());
 
-    for (auto* const child : fixture.panel->getChildren())
+    for (const auto* const name : { "OK", "Cancel" })
     {
-        if (auto* const button = dynamic_cast<AlineButton*> (child); button != nullptr && button->isVisible())
-        {
-            juce::GlyphArrangement caption;
-            caption.addLineOfText (FontOptions (TxtLoader::getInstance()->getFont(), 13.0f, juce::Font::bold),
-                                   button->getButtonText(),
-                                   0.0f,
-                                   0.0f);
-            EXPECT_LE (caption.getBoundingBox (0, -1, true).getWidth(), static_cast<float> (button->getWidth() - 8));
-        }
+        const auto& button = fixture.find<AlineButton> (name);
+        juce::GlyphArrangement caption;
+        addLineOfText (caption, FontOptions (texts.getFont(), 13.0f, juce::Font::bold), button.getButtonText());
+        EXPECT_LE (caption.getBoundingBox (0, -1, true).getWidth(), static_cast<float> (button.getWidth() - 8));
     }
 }
 
