@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Updates from the start button to the last screen, on two threads.
 
+#include "UpdateFailure.h"
 #include "UpdaterFixture.h"
 
 #include <gtest/gtest.h>
@@ -74,6 +75,21 @@ TEST (Update, survivesThousandsOfBursts)
 
     EXPECT_EQ (fixture.controller.codes().size(), 3 + 3001 + 1U);
     expectUpdated (fixture);
+}
+
+TEST (Update, aControllerThatCameBackInTheMiddleIsNeverComplete)
+{
+    MessageLoop keepsJuce;
+
+    for (std::size_t request = 2; request <= smallUpdate.size(); ++request)
+    {
+        UpdaterFixture fixture ("replug@" + std::to_string (request) + ":0");
+        fixture.reach (UPDATER_STATUS_ERROR);
+
+        const auto& failure = fixture.updater->failure();
+        EXPECT_EQ (failure.cause, UpdateFailure::Cause::interrupted);
+        EXPECT_EQ (static_cast<int> (failure.request), smallUpdate[request - 1]);
+    }
 }
 
 TEST (Update, anUnplugCannotOverwriteItsStart)
