@@ -34,7 +34,7 @@ struct ControllerPace
     host does wrong: a report of another length, bytes that should be 0, an illegal order, a request while an answer is
     owed, data that the announced CRC-16 does not fit. docs/protocol.md has the list of legal orders.
 */
-class VirtualController final : public SimulatedController
+class VirtualController : public SimulatedController
 {
 public:
     /** @param firmwareVersion  the one to begin with, in BCD */

@@ -40,9 +40,9 @@ public:
         loop.runUntil ([this] { return updater->status() > UPDATER_STATUS_UPDATING; });
         duration = std::chrono::duration_cast<std::chrono::milliseconds> (Clock::now() - begin);
 
-        const auto requestsBefore = requests.codes().size();
+        const auto requestsBefore = controller.codes().size();
         tryToChangeTheOutcome();
-        sendsAfterEnd = requests.codes().size() > requestsBefore;
+        sendsAfterEnd = controller.codes().size() > requestsBefore;
     }
 
     std::vector<UpdaterStatus_t> shown;
@@ -50,7 +50,7 @@ public:
     bool sendsAfterEnd = false;
     std::stringstream trace;
     TraceWriter writer { trace };
-    TracedHidService traced { requests, writer };
+    TracedHidService traced { service, writer };
     std::optional<Updater> updater;
 
 private:

@@ -119,22 +119,6 @@ TEST_F (HidUtilTest, withoutPackageNothingIsEverOpened)
     EXPECT_EQ (service.opened, Ids {});
 }
 
-TEST_F (HidUtilTest, versionFromBinaryCodedDecimal)
-{
-    ASSERT_TRUE (transport.initialize (handler, 1));
-    EXPECT_FALSE (transport.deviceMatching());
-
-    for (const auto& [bcd, decimal] : { std::pair (0x0105, 105), std::pair (0x1234, 1234), std::pair (0xFFFF, 16665) })
-    {
-        auto device = FakeHidService::controller (1);
-        device.versionNumber = bcd;
-        service.listener->deviceAttached (device);
-        EXPECT_EQ (transport.deviceVersion(), decimal);
-        service.listener->deviceRemoved (1);
-        EXPECT_EQ (transport.deviceVersion(), 0);
-    }
-}
-
 TEST_F (HidUtilTest, aDeviceThatCannotBeOpenedIsNotTaken)
 {
     service.listed = { FakeHidService::controller (1, 1), FakeHidService::controller (2, 2) };
@@ -188,6 +172,7 @@ TEST_F (HidUtilTest, aRemovedDeviceIsNotTakenAgainThoughItIsStillListed)
     service.listener->deviceRemoved (1);
     service.listener->deviceRemoved (1);
     EXPECT_EQ (handler.news(), "r");
+    EXPECT_EQ (transport.deviceVersion(), 0);
     EXPECT_EQ (service.closed, Ids { 1 });
     EXPECT_EQ (service.reportBuffer, nullptr);
 

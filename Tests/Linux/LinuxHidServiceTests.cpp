@@ -4,7 +4,6 @@
 #include "HidServiceContract.h"
 
 #include "LinuxHidService.h"
-#include "MessageLoop.h"
 #include "UsbDevice.h"
 
 #include <fcntl.h>
@@ -15,21 +14,18 @@ namespace wqv
 namespace
 {
 
-class LinuxWorld
+class LinuxWorld : public UsualWorld
 {
 public:
     static bool isPossible() { return UsbDevice::isPossible(); }
-    static bool knows (HidService::OpenResult result)
-    {
-        return result != HidService::OpenResult::denied;
-    }                                       // root never is
-    static bool canHold() { return false; } // the kernel does, but for five seconds
+
+    /** Root is never denied. */
+    static bool knows (HidService::OpenResult end) { return end == HidService::OpenResult::inUse; }
 
     HidService& service() { return hidService; }
     void plugIn() { device.plugIn(); }
     void unplug() { device.unplug(); }
     void send (const std::vector<std::uint8_t>& report) { device.send (report); }
-    void takeNoReport() {}
     std::size_t taken() { return device.taken(); }
 
     void refuse (HidService::OpenResult result)
@@ -45,20 +41,13 @@ public:
         }
     }
 
-    template <typename Condition>
-    void runUntil (Condition&& isSo)
-    {
-        loop.runUntil (isSo);
-    }
-
     void drain()
     {
         UsbDevice::settle();
-        loop.drain();
+        MessageLoop::drain();
     }
 
 private:
-    MessageLoop loop;
     UsbDevice device;
     LinuxHidService hidService;
     int holder = -1;

@@ -7,16 +7,12 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
-#include <optional>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <systemd/sd-bus.h>
-#include <thread>
 #include <unistd.h>
 #include <utility>
 
@@ -25,7 +21,7 @@ namespace wqv
 namespace
 {
 
-/** One end of a system bus with logind behind it, for one connection. */
+/** One end of a system bus with logind behind it, for one connection. Its descriptors end with the process. */
 class FakeLogind
 {
 public:
@@ -36,32 +32,11 @@ public:
         path.copy (address.sun_path, sizeof (address.sun_path) - 1);
         EXPECT_EQ (bind (listener, reinterpret_cast<const sockaddr*> (&address), sizeof (address)), 0);
         EXPECT_EQ (listen (listener, 1), 0);
-        EXPECT_EQ (pipe (lock.data()), 0);
-        thread = std::thread ([this] { serve(); });
+        EXPECT_EQ (pipe (lock), 0);
     }
 
-    ~FakeLogind()
-    {
-        thread.join();
-        close (listener);
-        close (lock[0]);
-    }
-
-    FakeLogind (const FakeLogind&) = delete;
-    FakeLogind& operator= (const FakeLogind&) = delete;
-
-    /** Whether somebody has a descriptor that stands for a lock. */
-    [[nodiscard]] bool isHeld() const
-    {
-        pollfd end { .fd = lock[0], .events = POLLIN, .revents = 0 };
-        return poll (&end, 1, 0) == 0;
-    }
-
-    std::atomic<bool> isOver { false }; ///< the connection has come and gone
-    std::string asked;                  ///< the arguments, once it is over
-
-private:
-    void serve()
+    /** Answers until the other end hangs up, which lives by the message loop. */
+    void serve (const MessageLoop& loop)
     {
         sd_bus* bus = nullptr;
         const auto connection = accept (listener, nullptr, nullptr);
@@ -75,14 +50,22 @@ private:
         sd_bus_start (bus);
 
         while (sd_bus_process (bus, nullptr) >= 0 && sd_bus_is_open (bus) > 0)
-            sd_bus_wait (bus, UINT64_MAX);
+            loop.drain();
 
         sd_bus_flush_close_unref (bus);
         close (lock[1]);
-        isOver = true;
-        juce::MessageManager::callAsync ([] {});
     }
 
+    /** Whether somebody has a descriptor that stands for a lock. */
+    [[nodiscard]] bool isHeld() const
+    {
+        pollfd end { .fd = lock[0], .events = POLLIN, .revents = 0 };
+        return poll (&end, 1, 0) == 0;
+    }
+
+    std::string asked; ///< the arguments
+
+private:
     static int answer (sd_bus_message* call, void* context, sd_bus_error* /*error*/)
     {
         auto& logind = *static_cast<FakeLogind*> (context);
@@ -104,9 +87,8 @@ private:
     }
 
     const std::string refused;
-    int listener = socket (AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    std::array<int, 2> lock {};
-    std::thread thread;
+    const int listener = socket (AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    int lock[2] {};
 };
 
 struct SleepInhibitorTests : testing::Test
@@ -142,7 +124,7 @@ TEST_F (SleepInhibitorTests, holdsTheLocksThatItIsGivenWhileItLives)
 
         {
             const SleepInhibitor inhibitor ("Who", "Why");
-            loop.runUntil ([&logind] { return logind.isOver.load(); });
+            logind.serve (loop);
             EXPECT_EQ (logind.asked, "sleep:idle:handle-lid-switch|Who|Why|block|shutdown|Who|Why|block|");
             EXPECT_TRUE (logind.isHeld());
         }
@@ -158,11 +140,9 @@ TEST_F (SleepInhibitorTests, doesWithoutABusAndWithoutAnAnswer)
     const SleepInhibitor alone ("Who", "Why");
     EXPECT_NE (testing::internal::GetCapturedStderr(), "");
 
-    FakeLogind logind (path);
-    std::optional<SleepInhibitor> soonGone (std::in_place, "Who", "Why");
-    soonGone.reset();
-    loop.runUntil ([&logind] { return logind.isOver.load(); });
-    EXPECT_FALSE (logind.isHeld());
+    const FakeLogind logind (path);
+    static_cast<void> (SleepInhibitor ("Who", "Why"));
+    loop.drain();
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <vector>
 
 namespace wqv
@@ -23,15 +24,8 @@ TEST (UdevHidDeviceTests, SortsDevicesByBusAndPorts)
 
 TEST (UdevHidDeviceTests, FindsTheLargestReportOfAnyDescriptor)
 {
-    struct Case
-    {
-        std::vector<std::uint8_t> descriptor;
-        std::uint32_t input;
-        std::uint32_t output;
-    };
-
     // clang-format off
-    const Case cases[] {
+    const std::tuple<std::vector<std::uint8_t>, std::uint32_t, std::uint32_t> cases[] {
         { {}, 0, 0 },
         { { 0x75, 0x08, 0x95, 0x80, 0x81, 0x02, 0x91, 0x02 }, 128, 128 },                         // both of 128 bytes
         { { 0x75, 0x08, 0x85, 1, 0x95, 2, 0x81, 2, 0x85, 2, 0x95, 3, 0x81, 2, 0x81, 2 }, 6, 0 },  // by report id

@@ -71,8 +71,12 @@ protected:
 
 TEST_F (Tool, saysWhatIsWrongAndLeavesNothingBehind)
 {
-    const std::string version = "create --version 1.05 -o new.upd";
+    const std::string create = "create --version 1.05 -o ";
+    const std::string version = create + "new.upd";
     const std::string good = " --block id=0001,file=main.bin";
+    const std::string half = " --block id=0001,file=half.bin";
+    const std::string none = " --block id=0001,file=none.bin";
+    const std::string alias = " --block id=0002,file=alias.bin";
     const std::string parts = " is none of id=DIGITS, file=NAME, disabled, scramble, seed=NUMBER, key-index=NUMBER";
     std::string seventeen;
 
@@ -108,7 +112,7 @@ TEST_F (Tool, saysWhatIsWrongAndLeavesNothingBehind)
         { "", 2, "A subcommand is required" },
         { "--help", 0, "create" },
         { "--version", 0, "wqv-package " },
-        { "dance '\x1B\u202E'", 2, "\\x1B\\xE2\\x80\\xAE dance\nRun with --help" },
+        { "dance '\x1B\xE2\x80\xAE'", 2, "\\x1B\\xE2\\x80\\xAE dance\nRun with --help" },
         { "create" + good + " -o new.upd", 2, "--version is required" },
         { "create --version 1.05" + good, 2, "--output is required" },
         { version, 2, "--block is required" },
@@ -117,7 +121,6 @@ TEST_F (Tool, saysWhatIsWrongAndLeavesNothingBehind)
         { "create --version 42949673.00 -o new.upd" + good, 2, "the version is beyond 9.99" },
         { "create --version 0.00 -o new.upd" + good, 2, "above 0" },
         { "create --version 1.5 -o new.upd" + good, 2, "--version: '1.5' is not a version such as 1.05" },
-        { "create --version 105 -o new.upd" + good, 2, "'105' is not a version" },
         { "create --version 1.005 -o new.upd" + good, 2, "'1.005' is not a version" },
         { "create --version .05 -o new.upd" + good, 2, "'.05' is not a version" },
         { "create --version 1.0x -o new.upd" + good, 2, "'1.0x' is not a version" },
@@ -140,23 +143,15 @@ TEST_F (Tool, saysWhatIsWrongAndLeavesNothingBehind)
         { version + " --block file=main.bin", 2, "id= is missing" },
         { version + seventeen, 2, "17 blocks are too many: a package holds at most 16" },
         { version + good + " --block id=0001,file=gone.bin", 1, "block 2, gone.bin: the file cannot be opened\n" },
-        { version + good + " --block id=0001,file=large.bin",
-          1,
-          "block 2 is too large: 16777216 bytes, where the protocol's 24-bit size field ends at 16777215\n" },
-        { version + " --block id=0001,file=half.bin --block id=0002,file=half.bin",
-          1,
-          "too large together: 16777216 bytes, where the protocol's 24-bit total field ends at 16777215\n" },
-        { version + " --block id=0001,file=none.bin", 1, "the blocks hold no data: their total size must be above 0" },
-        { "create --version 1.05 -o same.bin --block id=0001,file=main.bin --block id=0002,file=alias.bin",
-          1,
-          "same.bin: is the input file main.bin, which is never overwritten" },
-        { "create --version 1.05 -o main.bin --block id=0001,file=none.bin --block id=0002,file=alias.bin",
-          1,
-          "main.bin: is the input file alias.bin, which is never overwritten" },
-        { "create --version 1.05 -o folder" + good, 1, "folder: cannot be replaced: it is not a regular file" },
-        { "create --version 1.05 -o gone/new.upd" + good, 1, "gone/new.upd: cannot be written: No such file" },
-        { "create --version 1.05 -o loop" + good, 1, "loop: cannot be written: Too many levels" },
-        { "create --version 1.05 -o nowhere" + good, 1, "nowhere: cannot be written: Not a directory" },
+        { version + good + " --block id=0001,file=large.bin", 1, "block 2 is too large: 16777216 bytes, where" },
+        { version + half + half, 1, "too large together: 16777216 bytes, where the protocol's 24-bit total" },
+        { version + none, 1, "the blocks hold no data: their total size must be above 0" },
+        { create + "same.bin" + good + alias, 1, "same.bin: is the input file main.bin, which is never overwritten" },
+        { create + "main.bin" + none + alias, 1, "main.bin: is the input file alias.bin, which is never overwritten" },
+        { create + "folder" + good, 1, "folder: cannot be replaced: it is not a regular file" },
+        { create + "gone/new.upd" + good, 1, "gone/new.upd: cannot be written: No such file" },
+        { create + "loop" + good, 1, "loop: cannot be written: Too many levels" },
+        { create + "nowhere" + good, 1, "nowhere: cannot be written: Not a directory" },
         { "verify good.upd", 0, "good.upd: version 1.05, blocks: 3, to be written: 2, bytes in all: 12\n" },
         { "verify folder", 1, "folder: it is not a regular file\n" },
         { "verify none.bin", 1, "none.bin: the file ends before its 28-byte header does (at byte 0)\n" },
@@ -224,12 +219,10 @@ CRC-32:         cannot be read
 WRONG: the file ends before its 28-byte header does (at byte 2)
 The program does not offer this package: the file ends before its 28-byte header does (at byte 2)
 )",
-          R"json({ "fileSize": 2, "crc32": null, "blocks": [], "offered": false,
-               "faults": [{ "what": "the file ends before its 28-byte header does", "block": null, "offset": 2 }],
-               "reason": "the file ends before its 28-byte header does (at byte 2)" })json" },
+          R"json({ "/crc32": null, "/blocks": [] })json" },
         { "surplus",
           "12 bytes in all, 8 to be written\nsurplus:        1 bytes behind the last block\nblock      offset",
-          R"json({ "surplus": 1, "crc32": { "stored": "0xF69E88F7", "calculated": "0xF69E88F7", "right": true } })json" },
+          R"json({ "/surplus": 1, "/crc32": { "stored": "0xF69E88F7", "calculated": "0xF69E88F7", "right": true } })json" },
         { "bad",
           R"(file size:      152 bytes
 CRC-32:         04030201 (WRONG: 949298FD)
@@ -250,35 +243,21 @@ WRONG: block 2: the block's CRC-16 does not match its data (at byte 94)
 WRONG: block 4: the block reaches beyond the end of the file (at byte 128)
 The program does not offer this package: the CRC-32 at the end does not match the file (at byte 148)
 )",
-          R"json({ "fileSize": 152, "crc32": { "stored": "0x04030201", "calculated": "0x949298FD", "right": false },
-               "magic": "\\x1B\\x5C~\\x7F", "formatVersion": "0100", "productCode": "WQVKRV20",
-               "versionDigits": "///\\x00", "version": -111, "blockCount": 4, "totalSize": 12, "enabledSize": 8,
-               "surplus": 0, "blocks": [
-               { "number": 1, "offset": 28, "id": "0001", "enabled": true, "scrambled": false, "seed": "0x00000000",
-                 "keyIndex": 0, "size": 3, "crc16": { "stored": "0x9DD6", "calculated": "0x9DD6", "right": true } },
-               { "number": 2, "offset": 60, "id": "1A2F", "enabled": true, "scrambled": true, "seed": "0x12345678",
-                 "keyIndex": 42, "size": 5, "crc16": { "stored": "0xCBD6", "calculated": "0xB148", "right": false } },
-               { "number": 3, "offset": 96, "id": "00FF", "enabled": false, "scrambled": false, "seed": "0x00000000",
-                 "keyIndex": 0, "size": 4, "crc16": { "stored": "0x0D03", "calculated": "0x0D03", "right": true } },
-               { "number": 4, "offset": 128, "id": "00F0", "enabled": false, "scrambled": true, "seed": "0x89ABCDEF",
-                 "keyIndex": 200, "size": 16909060, "crc16": null }], "offered": false,
-               "faults": [{ "what": "the CRC-32 at the end does not match the file", "block": null, "offset": 148 },
-               { "what": "the file does not begin with \"UPD \"", "block": null, "offset": 0 },
-               { "what": "the block's CRC-16 does not match its data", "block": 2, "offset": 94 },
-               { "what": "the block reaches beyond the end of the file", "block": 4, "offset": 128 }],
-               "reason": "the CRC-32 at the end does not match the file (at byte 148)" })json" },
+          R"json({ "/fileSize": 152, "/magic": "\\x1B\\x5C~\\x7F", "/version": -111, "/surplus": 0, "/offered": false,
+               "/formatVersion": "0100", "/productCode": "WQVKRV20", "/versionDigits": "///\\x00", "/blockCount": 4,
+               "/crc32": { "stored": "0x04030201", "calculated": "0x949298FD", "right": false },
+               "/blocks/1": { "number": 2, "offset": 60, "id": "1A2F", "enabled": true, "scrambled": true,
+                 "seed": "0x12345678", "keyIndex": 42, "size": 5,
+                 "crc16": { "stored": "0xCBD6", "calculated": "0xB148", "right": false } },
+               "/blocks/2/enabled": false, "/blocks/3/scrambled": true, "/blocks/3/crc16": null,
+               "/faults/1/block": null, "/faults/1/offset": 0,
+               "/faults/2": { "what": "the block's CRC-16 does not match its data", "block": 2, "offset": 94 },
+               "/reason": "the CRC-32 at the end does not match the file (at byte 148)" })json" },
         { "four", "CRC-32:         55504420 (WRONG: FFFFFFFF)\n", "{}" },
-        // What of these shows more than the others is that there is no header, and no block.
-        { "short",
-          "CRC-32:         00030000 (WRONG: A7EC86F8)\nWRONG: the file ends before",
-          R"json({ "blocks": [] })json" },
-        { "cut",
-          "CRC-16\nWRONG: block 1: the block reaches beyond the end of the file (at byte 28)\n",
-          R"json({})json" },
-        { "good",
-          "12 bytes in all, 8 to be written\nblock      offset",
-          R"json({ "offered": true, "reason": null })json" },
-        { "good", "The program offers this package.\n", R"json({ "faults": [] })json" },
+        { "short", "CRC-32:         00030000 (WRONG: A7EC86F8)\nWRONG: the file ends before", "{}" },
+        { "cut", "CRC-16\nWRONG: block 1: the block reaches beyond the end of the file (at byte 28)\n", "{}" },
+        { "good", "8 to be written\nblock      offset", R"json({ "/offered": true, "/reason": null })json" },
+        { "good", "The program offers this package.\n", R"json({ "/faults": [] })json" },
     };
 
     for (const auto& [name, text, json] : cases)
@@ -291,8 +270,8 @@ The program does not offer this package: the CRC-32 at the end does not match th
 
         const auto expected = Json::parse (json);
 
-        for (const auto& [key, value] : expected.items())
-            EXPECT_EQ (seen.value (key, Json ("not there")), value) << name << ' ' << key;
+        for (const auto& [place, value] : expected.items())
+            EXPECT_EQ (seen.at (Json::json_pointer (place)), value) << name << ' ' << place;
     }
 }
 

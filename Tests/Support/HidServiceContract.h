@@ -5,6 +5,7 @@
 
 #include "DeviceIds.h"
 #include "HidService.h"
+#include "MessageLoop.h"
 
 #include <gtest/gtest.h>
 
@@ -16,6 +17,16 @@
 
 namespace wqv
 {
+
+/** What most worlds have: the message loop, and nothing that is refused, or taken only after five seconds. */
+struct UsualWorld : MessageLoop
+{
+    static bool isPossible() { return true; }
+    static bool knows (HidService::OpenResult /*result*/) { return false; }
+    static bool canHold() { return false; }
+    void refuse (HidService::OpenResult /*result*/) {}
+    void takeNoReport() {}
+};
 
 /** The suite, over a World: a made-up system with one controller, made anew for each test. It has
 

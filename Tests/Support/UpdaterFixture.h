@@ -5,7 +5,6 @@
 
 #include "MessageLoop.h"
 #include "PackageWriter.h"
-#include "RequestRecorder.h"
 #include "SimulatedHidService.h"
 #include "TemporaryFolder.h"
 #include "UpdatePackage.h"
@@ -15,6 +14,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <numeric>
 #include <optional>
 #include <string>
@@ -45,6 +45,33 @@ namespace wqv
 /** The codes of the requests that the small package takes. */
 inline const std::vector<int> smallUpdate { 0xF4, 0xF0, 0xF1, 0xF3, 0xF3, 0xF1, 0xF3, 0xF2 };
 
+/** Any thread may ask it for the first byte of each request so far; for the rest nobody may while a worker runs. */
+class RecordedController final : public VirtualController
+{
+public:
+    using VirtualController::VirtualController;
+
+    [[nodiscard]] std::vector<int> codes() const
+    {
+        const std::scoped_lock guard (lock);
+        return firstBytes;
+    }
+
+    [[nodiscard]] Reaction receive (std::span<const std::uint8_t> report) override
+    {
+        {
+            const std::scoped_lock guard (lock);
+            firstBytes.push_back (report.front());
+        }
+
+        return VirtualController::receive (report);
+    }
+
+private:
+    mutable std::mutex lock;
+    std::vector<int> firstBytes;
+};
+
 /** What an updater is given: a message loop, a package file, and a controller that can be plugged in. */
 class UpdaterSurroundings
 {
@@ -62,7 +89,7 @@ public:
     /** For one updater, which counts in quits and holds awake. */
     [[nodiscard]] Updater::Host host()
     {
-        return { .hidService = requests,
+        return { .hidService = service,
                  .folder = packageFolder,
                  .quit = [this] { ++quits; },
                  .keepAwake =
@@ -95,21 +122,20 @@ public:
     /** Waits for a first request without the message loop. */
     void waitForFirst() const
     {
-        while (requests.codes().empty())
+        while (controller.codes().empty())
             std::this_thread::yield();
     }
 
     void runUntilSent (std::size_t count) const
     {
-        loop.runUntil ([&] { return requests.codes().size() >= count; });
+        loop.runUntil ([&] { return controller.codes().size() >= count; });
     }
 
     MessageLoop loop;
     TemporaryFolder folder;
     std::filesystem::path packageFolder = folder.path(); ///< as the updater is told
-    VirtualController controller;                        ///< not to be looked at while a worker runs
+    RecordedController controller;
     SimulatedHidService service;
-    RequestRecorder requests { service };
     int quits = 0;             ///< how often the program was asked to end
     std::weak_ptr<bool> awake; ///< lives as long as the machine is kept awake
 

@@ -17,38 +17,30 @@ namespace
 
 using Statuses = std::vector<UpdaterStatus_t>;
 
-enum class Event
-{
-    attach,  ///< after a removal, if a controller was plugged in
-    removal, ///< after an attachment, if none was
-    report,  ///< an answer that makes a running update fail
-    confirm,
-    leave
-};
-
-constexpr Event allEvents[] { Event::attach, Event::removal, Event::report, Event::confirm, Event::leave };
-
 const auto endlessUpdate = "silent@1-99";
 
-void play (UpdaterFixture& fixture, Event event)
+using Event = void (*) (UpdaterFixture&);
+
+/** After a removal, if a controller was plugged in. */
+void attach (UpdaterFixture& fixture)
 {
-    switch (event)
-    {
-        case Event::attach:
-            fixture.unplug();
-            fixture.plugIn();
-            break;
-
-        case Event::removal:
-            fixture.plugIn();
-            fixture.unplug();
-            break;
-
-        case Event::report: fixture.deliver ({ 0xF6, 2 }); break;
-        case Event::confirm: fixture.pressOk(); break;
-        case Event::leave: fixture.pressCancel(); break;
-    }
+    fixture.unplug();
+    fixture.plugIn();
 }
+
+/** After an attachment, if none was. */
+void removal (UpdaterFixture& fixture)
+{
+    fixture.plugIn();
+    fixture.unplug();
+}
+
+/** An answer that makes a running update fail. */
+constexpr Event report = [] (UpdaterFixture& fixture) { fixture.deliver ({ 0xF6, 2 }); };
+constexpr Event confirm = [] (UpdaterFixture& fixture) { fixture.pressOk(); };
+constexpr Event leave = [] (UpdaterFixture& fixture) { fixture.pressCancel(); };
+
+constexpr Event allEvents[] { attach, removal, report, confirm, leave };
 
 /** The letters of the statuses, by their number. */
 constexpr std::string_view letters = "SNRUCE";
@@ -75,13 +67,13 @@ TEST (Status, everyEventInEveryStatus)
     MessageLoop keepsJuce;
 
     for (const auto& [from, hasPackage, isPluggedIn, to] : rows)
-        for (const auto event : allEvents)
+        for (std::size_t i = 0; i < std::size (allEvents); ++i)
         {
-            const auto expected =
-                static_cast<UpdaterStatus_t> (letters.find (to.at (static_cast<std::size_t> (event))));
+            const auto event = allEvents[i];
+            const auto expected = static_cast<UpdaterStatus_t> (letters.find (to.at (i)));
             const auto* const faults = from == 'C' ? "" : from == 'E' ? "refuse@1" : endlessUpdate;
-            SCOPED_TRACE (testing::Message() << from << ", package " << hasPackage << ", plugged in " << isPluggedIn
-                                             << ", event " << static_cast<int> (event));
+            SCOPED_TRACE (testing::Message()
+                          << from << ", package " << hasPackage << ", plugged in " << isPluggedIn << ", event " << i);
             UpdaterFixture fixture (faults, writePackage (smallPackage (hasPackage ? 105 : 0)));
 
             if (isPluggedIn)
@@ -93,7 +85,7 @@ TEST (Status, everyEventInEveryStatus)
                 fixture.unplug();
 
             fixture.loop.drain();
-            play (fixture, event);
+            event (fixture);
 
             if (expected >= UPDATER_STATUS_UPDATING)
                 fixture.runUntil (expected);
@@ -108,7 +100,7 @@ TEST (Status, everyEventInEveryStatus)
                                                                   : fixture.updater->deviceVersion());
 
             // "OK" leaves the first screen and starts an update; everywhere else it ends the program, as "Cancel" does.
-            const auto quits = event == Event::leave || (event == Event::confirm && from != 'S' && from != 'R');
+            const auto quits = event == leave || (event == confirm && from != 'S' && from != 'R');
             EXPECT_EQ (fixture.quits, quits ? 1 : 0);
         }
 }
@@ -120,10 +112,9 @@ TEST (Status, plugAndUnplugScreenByScreen)
     std::vector versions { fixture.updater->deviceVersion() };
     fixture.whenShown = [&] { versions.push_back (fixture.updater->deviceVersion()); };
 
-    for (const auto event :
-         { Event::attach, Event::removal, Event::attach, Event::confirm, Event::removal, Event::attach })
+    for (const auto event : { attach, removal, attach, confirm, removal, attach })
     {
-        play (fixture, event);
+        event (fixture);
         fixture.loop.drain();
     }
 
@@ -145,7 +136,7 @@ TEST (Status, whoeverIsToldHoldsNothingUp)
         }
     };
 
-    play (fixture, Event::attach);
+    attach (fixture);
     fixture.loop.drain();
 }
 
@@ -162,7 +153,7 @@ TEST (Status, badPackagesOpenNothing)
         UpdaterFixture fixture ({}, package);
         fixture.plugIn();
         fixture.reach (UPDATER_STATUS_NOT_CONNECTED);
-        play (fixture, Event::attach);
+        attach (fixture);
         fixture.loop.drain();
 
         EXPECT_FALSE (fixture.updater->packageValid());

@@ -6,7 +6,6 @@
 #include "HidServiceContract.h"
 
 #include "HidInterface.h"
-#include "MessageLoop.h"
 #include "WindowsHidService.h"
 
 #include <algorithm>
@@ -23,16 +22,13 @@ namespace
 
 using namespace std::chrono_literals;
 
-class WindowsWorld
+/** Wine opens whatever the user may, as often as it is asked to. */
+class WindowsWorld : public UsualWorld
 {
 public:
     ~WindowsWorld() { unplug(); }
 
     static bool isPossible() { return std::getenv ("WQV_ORDERS") != nullptr; }
-
-    /** Wine opens whatever the user may, as often as it is asked to. */
-    static bool knows (HidService::OpenResult /*result*/) { return false; }
-    static bool canHold() { return false; } // it does, but for five seconds
 
     HidService& service() { return hidService; }
 
@@ -48,8 +44,6 @@ public:
 
     void unplug() { order ("unplug"); }
     void send (const std::vector<std::uint8_t>& report) { order ("send " + std::to_string (report.front())); }
-    void refuse (HidService::OpenResult /*result*/) {}
-    void takeNoReport() {}
     std::size_t taken() { return order ("taken") - takenBefore; }
 
     /** News of a device is no message that the loop would return for. */
@@ -57,7 +51,7 @@ public:
     void runUntil (Condition&& isSo)
     {
         for (; ! isSo(); std::this_thread::sleep_for (10ms))
-            loop.drain();
+            MessageLoop::drain();
     }
 
     /** Wine says nowhere that it has nothing more to tell. */
@@ -89,7 +83,6 @@ private:
         }
     }
 
-    MessageLoop loop;
     WindowsHidService hidService;
     const std::size_t takenBefore = order ("taken");
 };
