@@ -112,7 +112,7 @@ TEST_F (Tool, saysWhatIsWrongAndLeavesNothingBehind)
         { "", 2, "A subcommand is required" },
         { "--help", 0, "create" },
         { "--version", 0, "wqv-package " },
-        { "dance '\x1B\xE2\x80\xAE'", 2, "\\x1B\\xE2\\x80\\xAE dance\nRun with --help" },
+        { "dance '\x1B\u200B'", 2, "\\x1B\\xE2\\x80\\x8B dance\nRun with --help" },
         { "create" + good + " -o new.upd", 2, "--version is required" },
         { "create --version 1.05" + good, 2, "--output is required" },
         { version, 2, "--block is required" },
