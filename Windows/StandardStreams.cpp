@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Standard streams are no numbers there that a file could get.
+// On Windows standard streams are no numbers that a file could get.
 
 #include "StandardStreams.h"
 
