@@ -19,12 +19,12 @@ namespace
 using Kind = TraceLine::Kind;
 using OpenResult = HidService::OpenResult;
 
-constexpr std::array<std::pair<std::string_view, Kind>, 6> kinds { { { "attached", Kind::attached },
-                                                                     { "removed", Kind::removed },
-                                                                     { "opened", Kind::opened },
-                                                                     { ">", Kind::sent },
-                                                                     { "!", Kind::notTaken },
-                                                                     { "<", Kind::received } } };
+constexpr std::array<std::pair<std::string_view, Kind>, 6> kindNames { { { "attached", Kind::attached },
+                                                                         { "removed", Kind::removed },
+                                                                         { "opened", Kind::opened },
+                                                                         { ">", Kind::sent },
+                                                                         { "!", Kind::notTaken },
+                                                                         { "<", Kind::received } } };
 
 constexpr std::array<std::pair<std::string_view, OpenResult>, 4> results { { { "ok", OpenResult::ok },
                                                                              { "denied", OpenResult::denied },
@@ -140,7 +140,7 @@ std::string formatTraceLine (const TraceLine& line)
         static_cast<long long> (line.time.count() % 1000000)); // NOLINT (google-runtime-int)
 
     std::string text = time.data();
-    text += nameOf (kinds, line.kind);
+    text += nameOf (kindNames, line.kind);
 
     if (line.kind <= Kind::opened)
         text += " " + std::to_string (line.device.id);
@@ -164,7 +164,7 @@ std::optional<TraceLine> parseTraceLine (std::string_view text)
 {
     TraceLine line;
 
-    if (! parseTime (nextWord (text), line.time) || ! findByName (kinds, nextWord (text), line.kind)
+    if (! parseTime (nextWord (text), line.time) || ! findByName (kindNames, nextWord (text), line.kind)
         || (line.kind <= Kind::opened && ! parseNumber (nextWord (text), line.device.id, 10)))
         return {};
 

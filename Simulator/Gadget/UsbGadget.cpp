@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 constexpr auto american = "strings/0x409";
 constexpr auto configuration = "configs/c.1";
 
-std::string hexadecimal (std::uint32_t number)
+std::string attributeValue (std::uint32_t number)
 {
     std::array<char, 8> digits {};
     const auto end = std::to_chars (digits.data(), digits.data() + digits.size(), number, 16).ptr;
@@ -149,8 +149,8 @@ std::string UsbGadget::create()
 
     Builder builder;
     builder.makeFolder (gadget);
-    builder.set (gadget / "idVendor", hexadecimal (description.vendorId));
-    builder.set (gadget / "idProduct", hexadecimal (description.productId));
+    builder.set (gadget / "idVendor", attributeValue (description.vendorId));
+    builder.set (gadget / "idProduct", attributeValue (description.productId));
     builder.makeFolder (gadget / "strings");
     builder.makeFolder (gadget / american);
     builder.set (gadget / american / "product", "WQV-KRV20");
@@ -178,7 +178,7 @@ std::string UsbGadget::create()
 std::string UsbGadget::plugIn (std::int32_t bcdDevice)
 {
     Builder builder;
-    builder.set (gadget / "bcdDevice", hexadecimal (static_cast<std::uint16_t> (bcdDevice)));
+    builder.set (gadget / "bcdDevice", attributeValue (static_cast<std::uint16_t> (bcdDevice)));
 
     if (! builder.problem.empty())
         return builder.problem;

@@ -22,18 +22,18 @@ namespace wqv
 namespace
 {
 
-struct Outcome
+struct LoadResult
 {
     PackageVerdict verdict;
     upd_info_t info;
     FirmwareBlocks blocks;
 };
 
-Outcome parse (std::span<const std::uint8_t> file)
+LoadResult parse (std::span<const std::uint8_t> file)
 {
-    Outcome outcome;
-    outcome.verdict = parsePackage (file, outcome.info, outcome.blocks);
-    return outcome;
+    LoadResult result;
+    result.verdict = parsePackage (file, result.info, result.blocks);
+    return result;
 }
 
 auto fields (const PackageVerdict& verdict)
@@ -234,12 +234,12 @@ TEST (Loader, anyFileGivesAResultAtOnce)
 
     for (const auto& [name, fault, total] : cases)
     {
-        Outcome outcome;
-        EXPECT_EQ (loadPackage (folder.path (name), outcome.info, outcome.blocks).fault, fault) << name;
-        EXPECT_EQ (checkUPD (folder.path (name), outcome.info, outcome.blocks), total) << name;
+        LoadResult result;
+        EXPECT_EQ (loadPackage (folder.path (name), result.info, result.blocks).fault, fault) << name;
+        EXPECT_EQ (checkUPD (folder.path (name), result.info, result.blocks), total) << name;
 
         // What was read before the fault stays.
-        EXPECT_EQ (outcome.blocks[1].data.size(), name == std::string_view ("third") || total > 0 ? 5u : 0u) << name;
+        EXPECT_EQ (result.blocks[1].data.size(), name == std::string_view ("third") || total > 0 ? 5u : 0u) << name;
     }
 }
 

@@ -36,7 +36,7 @@ const Faults unplugs { { .kind = Kind::unplug }, { .kind = Kind::leave } };
 const Faults replugs { { .kind = Kind::replug }, { .kind = Kind::replug, .value = 5000 } };
 
 /** An update with a fault at one of its requests. */
-struct Outcome
+struct FaultyUpdate
 {
     const Conversation& update;
     bool isComplete = false;
@@ -63,7 +63,7 @@ void atEveryRequest (const Faults& faults, Check&& check)
                 fault.first = fault.last = n;
                 Conversation update (blockSizes, { fault }, pace);
                 const auto isComplete = update.run();
-                check (Outcome { update, isComplete, fault, clean.requests.size(), clean.requests[n - 1] });
+                check (FaultyUpdate { update, isComplete, fault, clean.requests.size(), clean.requests[n - 1] });
 
                 // Every wait ends: only "enter update mode" is repeated without an answer; the longest limit is 180 s.
                 EXPECT_LE (update.requests.size(), clean.requests.size() + 14);
@@ -78,7 +78,7 @@ TEST (Promises, anUnplugAtAnyRequestIsNeverComplete)
     // One that follows the answer to the last request comes too late to matter.
     atEveryRequest (
         unplugs,
-        [] (const Outcome& outcome)
+        [] (const FaultyUpdate& outcome)
         { EXPECT_EQ (outcome.isComplete, outcome.fault.kind == Kind::leave && outcome.fault.first == outcome.last); });
 }
 
@@ -86,7 +86,7 @@ TEST (Promises, pluggedInAgainNeither)
 {
     // A controller that has not entered update mode yet is asked again: nothing was written before.
     atEveryRequest (replugs,
-                    [] (const Outcome& outcome)
+                    [] (const FaultyUpdate& outcome)
                     {
                         EXPECT_EQ (outcome.isComplete, outcome.fault.first == 1);
                         EXPECT_TRUE (! outcome.isComplete || outcome.update.missing().empty());
@@ -96,7 +96,7 @@ TEST (Promises, pluggedInAgainNeither)
 TEST (Promises, anUpdateThatCompletesWroteEveryByte)
 {
     atEveryRequest (wrongAnswers,
-                    [] (const Outcome& outcome)
+                    [] (const FaultyUpdate& outcome)
                     {
                         const auto& [update, isComplete, fault, last, request] = outcome;
                         const auto isHarmless = fault.kind == Kind::brief || fault.value == 9900;

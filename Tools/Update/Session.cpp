@@ -27,8 +27,8 @@ std::string reasonAgainst (const std::filesystem::path& package)
     return package.string() + ": " + reasonNotOffered (verdict, info);
 }
 
-/** As a device descriptor has it: 105 becomes 0x0105. */
-std::int32_t binaryCodedDecimal (std::int32_t version)
+/** A version, 105 becoming 0x0105. */
+std::int32_t asInDescriptor (std::int32_t version)
 {
     return version / 1000 % 10 * 0x1000 + version / 100 % 10 * 0x100 + version / 10 % 10 * 0x10 + version % 10;
 }
@@ -202,7 +202,7 @@ void Session::conclude (Outcome outcome)
     }
 
     roster.keepBack (outcome.failure && outcome.failure->cause == UpdateFailure::Cause::interrupted,
-                     isComplete ? binaryCodedDecimal (updater->packageVersion()) : 0);
+                     isComplete ? asInDescriptor (updater->packageVersion()) : 0);
     takeNext();
 }
 
