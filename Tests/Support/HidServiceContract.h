@@ -98,10 +98,19 @@ protected:
         return opened.result;
     }
 
-    void deviceAttached (const HidDevice& device) override { attached.push_back (device); }
+    void deviceAttached (const HidDevice& device) override
+    {
+        if (device.vendorId == kVendorId)
+            attached.push_back (device);
+        else
+            others.insert (device.id);
+    }
 
     void deviceRemoved (HidDeviceId device) override
     {
+        if (others.contains (device))
+            return;
+
         removed.push_back (device);
 
         for (const auto& other : listed())
@@ -115,7 +124,8 @@ protected:
     }
 
     std::unique_ptr<World> made;
-    std::vector<HidDevice> attached; ///< as told, in order
+    std::vector<HidDevice> attached; ///< as told, in order; without those that are not the controller
+    std::set<HidDeviceId> others;
     std::vector<HidDeviceId> removed;
     std::vector<Report> received;
     ReportBuffer buffer {};
