@@ -3,8 +3,6 @@
 
 #include "SystemFonts.h"
 
-#include <algorithm>
-
 namespace wqv
 {
 
@@ -15,16 +13,11 @@ juce::String familyOf (const juce::String& fullName,
     if (families.contains (fullName))
         return fullName;
 
-    const auto* const found =
-        std::find_if (families.begin(),
-                      families.end(),
-                      [&] (const juce::String& family)
-                      {
-                          return fullName.startsWith (family + " ")
-                                 && stylesOf (family).contains (fullName.substring (family.length() + 1));
-                      });
+    for (const auto& family : families)
+        if (fullName.startsWith (family + " ") && stylesOf (family).contains (fullName.substring (family.length() + 1)))
+            return family;
 
-    return found != families.end() ? *found : juce::String();
+    return {};
 }
 
 juce::String familyInReach (const juce::String& fullName, const juce::String& embedded)

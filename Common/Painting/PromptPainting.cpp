@@ -83,7 +83,8 @@ void PromptPainting::paint()
         peer->performAnyPendingRepaintsNow();
     }
 
-    whenPainted();
+    if (whenPainted)
+        whenPainted();
 }
 
 } // namespace wqv

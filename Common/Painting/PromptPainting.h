@@ -27,8 +27,7 @@ public:
     /** To be made when JUCE has connected to the display.
         @param window            not yet on the desktop
         @param whenPaintedToUse  called after each paint() */
-    explicit PromptPainting (
-        juce::Component& window, std::function<void()> whenPaintedToUse = [] {});
+    explicit PromptPainting (juce::Component& window, std::function<void()> whenPaintedToUse = {});
 
     /** From here on JUCE paints in its frames alone, with the low frequency. */
     ~PromptPainting() override;

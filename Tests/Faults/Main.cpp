@@ -124,7 +124,8 @@ bool runScript (const std::string& script, int times, bool mustBeSteady)
 
     std::cout << R"({"script":")" << script << R"(","updates":)" << times << R"(,"took_ms":)" << longest.count()
               << R"(,"by_protocol_ms":)" << byProtocol << R"(,"outcomes":)" << json (outcomes) << R"(,"growth":)"
-              << json (growth) << R"(,"broken":)" << json (broken) << '}' << std::endl;
+              << json (growth) << R"(,"broken":)" << json (broken) << "}\n"
+              << std::flush;
     return broken.empty();
 }
 

@@ -253,9 +253,9 @@ TEST (Languages, aFontThatTheSystemLacksIsTheEmbeddedOne)
 TEST (Languages, aFontOfTheSystemIsKnownByItsFamilyAndStyle)
 {
     const juce::StringArray families { "Arial", "Hiragino Maru Gothic", "Hiragino Maru Gothic Pro", "Helvetica" };
-    const auto stylesOf = [] (const juce::String& family) {
-        return family.endsWith ("Pro") ? juce::StringArray { "W4" } : juce::StringArray { "Regular", "Bold" };
-    };
+    const juce::StringArray usual { "Regular", "Bold" };
+    const auto stylesOf = [&usual] (const juce::String& family)
+    { return family.endsWith ("Pro") ? juce::StringArray ("W4") : usual; };
 
     for (const auto& [name, family] : { std::pair ("Arial", "Arial"),
                                         std::pair ("Arial Bold", "Arial"),

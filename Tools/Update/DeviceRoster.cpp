@@ -16,6 +16,7 @@ DeviceRoster::~DeviceRoster()
 std::vector<DeviceRoster::Entry> DeviceRoster::entries() const
 {
     std::vector<Entry> list;
+    list.reserve (book.size());
 
     for (const auto& [id, entry] : book)
         list.push_back (entry);

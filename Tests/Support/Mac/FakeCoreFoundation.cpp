@@ -29,8 +29,8 @@ CfObject& objectAt (CFTypeRef reference)
 }
 
 // Nobody looks at these two but by their addresses.
-const CFRunLoopMode kCFRunLoopCommonModes = static_cast<CFStringRef> (static_cast<const void*> ("common modes"));
-const CFStringRef kCFPreferencesCurrentApplication = static_cast<CFStringRef> (static_cast<const void*> ("this one"));
+const CFRunLoopMode kCFRunLoopCommonModes = reinterpret_cast<CFStringRef> ("common modes");
+const CFStringRef kCFPreferencesCurrentApplication = reinterpret_cast<CFStringRef> ("this one");
 
 CFStringRef makeConstantString (const char* text)
 {
@@ -48,7 +48,12 @@ void CFRelease (CFTypeRef reference)
 {
     auto& object = objectAt (reference);
 
-    if (object.owners == CfObject::forEver || --object.owners > 0)
+    if (object.owners == CfObject::forEver)
+        return;
+
+    --object.owners;
+
+    if (object.owners > 0)
         return;
 
     std::ranges::for_each (object.elements, CFRelease);

@@ -8,7 +8,7 @@
 dispatch_queue_t dispatch_get_main_queue()
 {
     static char queue;
-    return static_cast<dispatch_queue_t> (static_cast<void*> (&queue));
+    return reinterpret_cast<dispatch_queue_t> (&queue);
 }
 
 dispatch_source_t dispatch_source_create (dispatch_source_type_t,

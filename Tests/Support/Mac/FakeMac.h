@@ -155,5 +155,5 @@ private:
 template <typename Reference>
 Reference make (CfObject object)
 {
-    return static_cast<Reference> (static_cast<void*> (&wqv::FakeMac::get().objects.emplace_back (std::move (object))));
+    return reinterpret_cast<Reference> (&wqv::FakeMac::get().objects.emplace_back (std::move (object)));
 }
