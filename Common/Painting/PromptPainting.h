@@ -26,7 +26,7 @@ class PromptPainting final : private juce::AsyncUpdater
 public:
     /** To be made when JUCE has connected to the display.
         @param window            not yet on the desktop
-        @param whenPaintedToUse  called after each paint() */
+        @param whenPaintedToUse  called after each paint(), if there is one */
     explicit PromptPainting (juce::Component& window, std::function<void()> whenPaintedToUse = {});
 
     /** From here on JUCE paints in its frames alone, with the low frequency. */
